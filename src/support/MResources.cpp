@@ -1,0 +1,77 @@
+#include "support/MResources.h"
+
+#include <QFile>
+#include <QHash>
+#include <QStringList>
+
+namespace {
+long g_lLanguage = 1033;
+
+QString unescape(const QString &text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c != QLatin1Char('\\') || i + 1 == text.size()) {
+            out += c;
+            continue;
+        }
+        const QChar next = text.at(++i);
+        out += next == QLatin1Char('n') ? QChar(QLatin1Char('\n'))
+             : next == QLatin1Char('t') ? QChar(QLatin1Char('\t'))
+                                        : next;
+    }
+    return out;
+}
+
+// language -> id -> text, read once from the compiled-in table.
+const QHash<long, QHash<long, QString>> &table()
+{
+    static const QHash<long, QHash<long, QString>> texts = [] {
+        QHash<long, QHash<long, QString>> result;
+        QFile file(QStringLiteral(":/keldacms/strings.tsv"));
+        if (!file.open(QIODevice::ReadOnly))
+            return result;
+        QList<long> languages;
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
+            if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+                continue;
+            const QStringList cells = line.split(QLatin1Char('\t'));
+            if (languages.isEmpty()) { // the header: id, then one column per language
+                for (qsizetype i = 1; i < cells.size(); ++i)
+                    languages.append(cells.at(i).trimmed().toLong());
+                continue;
+            }
+            const long id = cells.at(0).toLong();
+            for (qsizetype i = 1; i < cells.size() && i <= languages.size(); ++i) {
+                if (!cells.at(i).isEmpty())
+                    result[languages.at(i - 1)].insert(id, unescape(cells.at(i)));
+            }
+        }
+        return result;
+    }();
+    return texts;
+}
+} // namespace
+
+QString MResources::LoadResourceString(long id)
+{
+    return LoadResourceString(id, g_lLanguage);
+}
+
+QString MResources::LoadResourceString(long id, long language)
+{
+    return table().value(language).value(id);
+}
+
+long MResources::CurrentLanguage()
+{
+    return g_lLanguage;
+}
+
+void MResources::SetCurrentLanguage(long language)
+{
+    g_lLanguage = language;
+}
