@@ -1,5 +1,6 @@
 #include "platform/PageEngineEnvironment.h"
 #include "shell/frmVindrell.h"
+#include "support/QtMessagePresenter.h"
 
 #include <QApplication>
 
@@ -19,6 +20,7 @@ int main(int argc, char *argv[])
     }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("keldacms"));
+    QtMessagePresenter::install();
     frmVindrell window;
     window.show();
     return app.exec();

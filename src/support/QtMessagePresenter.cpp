@@ -1,0 +1,58 @@
+#include "support/QtMessagePresenter.h"
+
+#include "support/MResources.h"
+#include "support/UserQuestions.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace {
+QMessageBox::StandardButton buttonFor(long answer)
+{
+    switch (answer) {
+    case UserQuestions::vbCancel: return QMessageBox::Cancel;
+    case UserQuestions::vbAbort: return QMessageBox::Abort;
+    case UserQuestions::vbRetry: return QMessageBox::Retry;
+    case UserQuestions::vbIgnore: return QMessageBox::Ignore;
+    case UserQuestions::vbYes: return QMessageBox::Yes;
+    case UserQuestions::vbNo: return QMessageBox::No;
+    default: return QMessageBox::Ok;
+    }
+}
+
+QMessageBox::Icon iconFor(long style)
+{
+    switch (style & 0x70) {
+    case UserQuestions::vbCritical: return QMessageBox::Critical;
+    case UserQuestions::vbQuestion: return QMessageBox::Question;
+    case UserQuestions::vbExclamation: return QMessageBox::Warning;
+    case UserQuestions::vbInformation: return QMessageBox::Information;
+    default: return QMessageBox::NoIcon;
+    }
+}
+
+long show(const QString &prompt, long style, const QString &title)
+{
+    QMessageBox box(iconFor(style),
+                    title.isEmpty() ? MResources::LoadResourceString(1) : title, prompt,
+                    QMessageBox::NoButton, QApplication::activeWindow());
+    const QList<long> answers = UserQuestions::Buttons(style);
+    for (long answer : answers)
+        box.addButton(buttonFor(answer));
+    box.setDefaultButton(buttonFor(UserQuestions::DefaultAnswer(style)));
+    const int clicked = box.exec();
+    for (long answer : answers) {
+        if (clicked == buttonFor(answer))
+            return answer;
+    }
+    // Closed with Escape or the window's close box: Cancel where the box
+    // offers it, else what the default button means.
+    return answers.contains(UserQuestions::vbCancel) ? long(UserQuestions::vbCancel)
+                                                     : UserQuestions::DefaultAnswer(style);
+}
+} // namespace
+
+void QtMessagePresenter::install()
+{
+    UserQuestions::SetPresenter(show);
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+// Shows the message boxes of UserQuestions as real Qt dialogs.
+class QtMessagePresenter
+{
+public:
+    static void install();
+};
