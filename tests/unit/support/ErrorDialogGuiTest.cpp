@@ -1,4 +1,5 @@
 #include "shell/frmVindrell.h"
+#include "EnglishAfterTest.h"
 #include "support/EnvironmentSettings.h"
 #include "support/MResources.h"
 #include "support/frmErrorDialog.h"
@@ -8,17 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-class Captions : public testing::Test
-{
-protected:
-    void TearDown() override
-    {
-        EnvironmentSettings::SetLang(1033);
-        MResources::InitLangSupport();
-    }
-};
-} // namespace
+using Captions = EnglishAfterTest;
 
 TEST_F(Captions, ShortLookHasOnlyClose)
 {

@@ -1,20 +1,11 @@
+#include "EnglishAfterTest.h"
 #include "support/EnvironmentSettings.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-class Languages : public testing::Test
-{
-protected:
-    void TearDown() override
-    {
-        EnvironmentSettings::SetLang(1033);
-        MResources::InitLangSupport();
-    }
-};
-} // namespace
+using Languages = EnglishAfterTest;
 
 TEST_F(Languages, OffersEnglishAndSwedishAndReadsTheSetting)
 {
