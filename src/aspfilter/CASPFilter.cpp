@@ -129,20 +129,28 @@ long CASPFilter::FilterIn(QString &strASP_p)
 long CASPFilter::CheckSpecialCaseTable(const QString &text)
 {
     static const QRegularExpression table = Pattern(QStringLiteral("<\\s*table"));
+    return ScanForScript(text, table, false);
+}
+
+// For each tag the pattern finds outside comments, looks at the `<` that
+// follow: behind a table tag the first ones after its end, inside another
+// tag those before its first `>`. A `<%` there that no comment hides gives 0;
+// a commented one lets the look go on to the next `<`.
+long CASPFilter::ScanForScript(const QString &text, const QRegularExpression &tag, bool insideTag)
+{
     m_boolCommentsReady = false;
     long result = 1;
-    auto it = table.globalMatch(text);
+    auto it = tag.globalMatch(text);
     while (result == 1 && it.hasNext()) {
         const QRegularExpressionMatch match = it.next();
         if (IsCommented(match.capturedStart(), text)) {
             continue;
         }
         const qsizetype close = text.indexOf(QLatin1Char('>'), match.capturedEnd());
-        if (close < 0) {
-            continue;
-        }
-        qsizetype next = text.indexOf(QLatin1Char('<'), close + 1);
-        while (OpensBlock(text, next)) {
+        qsizetype next = insideTag ? text.indexOf(QLatin1Char('<'), match.capturedStart() + 1)
+                                   : (close < 0 ? -1 : text.indexOf(QLatin1Char('<'), close + 1));
+        const qsizetype limit = insideTag ? close : text.size();
+        while (next >= 0 && next < limit && OpensBlock(text, next)) {
             if (!IsCommented(next, text)) {
                 result = 0;
                 break;
@@ -488,27 +496,7 @@ long CASPFilter::IsEditable(const QString &strASP_p)
 
 long CASPFilter::CheckSpecialCaseTags(const QString &text, const QString &pattern)
 {
-    const QRegularExpression tag = Pattern(pattern);
-    m_boolCommentsReady = false;
-    long result = 1;
-    auto it = tag.globalMatch(text);
-    while (result == 1 && it.hasNext()) {
-        const QRegularExpressionMatch match = it.next();
-        if (IsCommented(match.capturedStart(), text)) {
-            continue;
-        }
-        const qsizetype limit = text.indexOf(QLatin1Char('>'), match.capturedEnd());
-        qsizetype next = text.indexOf(QLatin1Char('<'), match.capturedStart() + 1);
-        while (next >= 0 && next < limit && OpensBlock(text, next)) {
-            if (!IsCommented(next, text)) {
-                result = 0;
-                break;
-            }
-            next = text.indexOf(QLatin1Char('<'), next + 1);
-        }
-    }
-    m_boolCommentsReady = false;
-    return result;
+    return ScanForScript(text, Pattern(pattern), true);
 }
 
 // ---------------------------------------------------------------- FilterOut

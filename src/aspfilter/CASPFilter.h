@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QRegularExpression>
 #include <QString>
 
 #include <vector>
@@ -67,6 +68,7 @@ private:
     void InitCommentPositions(const QString &text);
     void WriteFilterInASPTags(QString &text, const QList<long> &positions);
     long CheckSpecialCaseTags(const QString &text, const QString &pattern);
+    long ScanForScript(const QString &text, const QRegularExpression &tag, bool insideTag);
 
     void ReadBlockTable(bool rebuild);
     QString RestoreBlocks(const QString &text, bool useLastStream) const;
