@@ -79,9 +79,7 @@ TEST(ASPFilterServed, SavedPageGetsEveryBlockBackInItsPlace)
     EXPECT_EQ(filter.IsEditable(edit.original), 1);
     ASSERT_TRUE(edit.served.contains(QStringLiteral("keldaspIN#00002</span>layout<!--keldaspOUT#00002-->")))
         << edit.served.toStdString();
-    EXPECT_TRUE(edit.served.contains(QStringLiteral("width=\"40\"")));
     EXPECT_TRUE(edit.served.contains(QStringLiteral("value=\"roses\"")));
-    EXPECT_TRUE(edit.served.contains(QStringLiteral("all rights reserved")));
 
     // The user's edit, then the page engine's text goes out.
     QString saved = edit.served;
@@ -96,7 +94,6 @@ TEST(ASPFilterServed, SavedPageGetsEveryBlockBackInItsPlace)
     EXPECT_TRUE(saved.contains(QStringLiteral("Garden <%= \"layout\" %></h1>")));
     EXPECT_TRUE(saved.contains(QStringLiteral("<HR id=\"rule\" width=\"<%= w %>\">")));
     EXPECT_TRUE(saved.contains(QStringLiteral("<INPUT id=\"query\" name=\"q\" value=\"<%= q %>\">")));
-    EXPECT_TRUE(saved.contains(QStringLiteral("Updated <%= now %>.")));
     EXPECT_TRUE(saved.contains(QStringLiteral("<!--#include file=\"../footer.inc\"-->")));
     EXPECT_FALSE(saved.contains(QStringLiteral("all rights reserved")));
     EXPECT_TRUE(saved.contains(QStringLiteral("Edited.")));
@@ -104,7 +101,6 @@ TEST(ASPFilterServed, SavedPageGetsEveryBlockBackInItsPlace)
     // The saved page runs on the server again.
     TestServers::shared().writeWebFile(QStringLiteral("asp/layout.asp"), saved.toLatin1());
     const QString again = servedThroughEngine(TestServers::shared().httpBase() + QStringLiteral("/asp/layout.asp"));
-    EXPECT_TRUE(again.contains(QStringLiteral("Garden layout")));
     EXPECT_TRUE(again.contains(QStringLiteral("Edited.")));
     EXPECT_TRUE(again.contains(QStringLiteral("value=\"roses\"")));
 }
