@@ -30,6 +30,8 @@ constexpr long ErrBadASP = -26060;
 constexpr long ErrNoSuchBlock = 9; // subscript out of range
 constexpr long StrUnexpected = 12000;
 constexpr long StrNoSuchBlock = 12001;
+constexpr long StrMovedOutput = 12002;
+constexpr long ErrMovedOutput = -26061;
 
 unsigned char GetASPPlacement(qsizetype htmlOpen, qsizetype htmlClose, qsizetype position)
 {
@@ -511,6 +513,11 @@ long CASPFilter::FilterOut(QString &strASP_p, bool boolUseLastStream_p)
     if (!m_boolHasASP) {
         return 2;
     }
+    if (!boolUseLastStream_p && !WrappersIntact(strASP_p)) {
+        MError::SetErrorIfClear(ErrMovedOutput, MResources::LoadResourceString(StrMovedOutput),
+                                QStringLiteral("CASPFilter.FilterOut"));
+        return 0;
+    }
     ReadBlockTable(boolUseLastStream_p);
     QString text = RestoreBlocks(boolUseLastStream_p ? m_strOriginalStream : strASP_p,
                                  boolUseLastStream_p);
@@ -564,6 +571,24 @@ void CASPFilter::ReadBlockTable(bool rebuild)
         }
         from = end;
     }
+}
+
+// The page engine keeps each end comment right in front of its span's end,
+// unless the block's output could not stand inside a span: a table cell or
+// an element left open is moved, and the span closes elsewhere. Cutting such
+// a page by the wrappers would tear out the tags between, so it is refused
+// and the page on the server stays as it is.
+bool CASPFilter::WrappersIntact(const QString &text)
+{
+    const qsizetype commentLength = ASPMarkers::EndCommentLength;
+    for (qsizetype at = text.indexOf(QLatin1String(ASPMarkers::EndComment), 0, Qt::CaseInsensitive); at >= 0;
+         at = text.indexOf(QLatin1String(ASPMarkers::EndComment), at + commentLength, Qt::CaseInsensitive)) {
+        if (QStringView(text).mid(at + commentLength, ASPMarkers::CloseSpanLength)
+                .compare(QLatin1String("</SPAN>"), Qt::CaseInsensitive) != 0) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // Second pass: each marked stretch, wrapper and all, gives way to its block.

@@ -71,6 +71,7 @@ private:
     long ScanForScript(const QString &text, const QRegularExpression &tag, bool insideTag);
 
     void ReadBlockTable(bool rebuild);
+    static bool WrappersIntact(const QString &text);
     QString RestoreBlocks(const QString &text, bool useLastStream) const;
     static void RemoveGeneratorTag(QString &text);
     void PutBackHeader(QString &text) const;
