@@ -7,6 +7,9 @@
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
 
+#include <QMimeData>
+#include <QUrl>
+
 namespace {
 using G = MGlobalProjectObjects;
 
@@ -16,6 +19,21 @@ bool hasContent(const SiteRecord &r)
         || !r.ftproot.isEmpty();
 }
 } // namespace
+
+bool CSettingsFileDrop::Acceptable(const QMimeData *data_p)
+{
+    return data_p && (data_p->hasUrls() || data_p->hasText());
+}
+
+long CSettingsFileDrop::ApplyMime(const QMimeData *data_p, QString &strNavigate_p)
+{
+    QStringList files;
+    if (data_p)
+        for (const QUrl &url : data_p->urls())
+            if (url.isLocalFile())
+                files.append(url.toLocalFile());
+    return Apply(!files.isEmpty(), files, strNavigate_p);
+}
 
 bool CSettingsFileDrop::IsSettingsFile(const QString &strPath_p)
 {

@@ -113,9 +113,13 @@ bool parseValue(const QString &text, QVariant &data)
     if (text.startsWith(QLatin1String("dword:"))) {
         bool ok = false;
         data = text.mid(6).toLongLong(&ok);
-        return ok;
+        if (ok)
+            return true;
     }
-    return false;
+    // A plain "name=value" line, as a hand-written or older INI file has
+    // it, is a string taken as it stands.
+    data = text.trimmed();
+    return true;
 }
 
 void parse(const QString &content, std::vector<Key> &keys)

@@ -16,8 +16,13 @@
 //   dword:42      a number, in decimal.
 // In names, section paths and strings a backslash escapes: \\ \" \= \] \n \r
 // \t \0 and \xHH for any other control character. Names and paths are
-// case-sensitive. Unknown lines are kept out of the model and dropped at the
-// next write, so the store always rewrites itself in its own form.
+// case-sensitive. A value in none of these forms ("name=some text", as a
+// hand-written INI file has it) reads as that string, so a file written by
+// hand or by a plain INI writer is understood. Lines without "=" or outside
+// any section are dropped at the next write: the store rewrites itself whole.
+//
+// The key "Browser" at the top of the file (beside the application key) is
+// the embedded browser's own: its HomePage is where the window starts.
 class CReg
 {
 public:
