@@ -126,9 +126,8 @@ void parse(const QString &content, std::vector<Key> &keys)
 {
     Key *current = nullptr;
     for (const QString &line : content.split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1Char('['))) {
-            qsizetype pos = 1;
-            keys.push_back({unescape(line, pos, QLatin1Char(']')), {}});
+        if (line.startsWith(QLatin1Char('[')) && line.endsWith(QLatin1Char(']'))) {
+            keys.push_back({line.mid(1, line.size() - 2), {}});
             current = &keys.back();
             continue;
         }
@@ -165,7 +164,7 @@ bool save(Model &m)
 {
     QString text = QStringLiteral("; keldacms settings store\n");
     for (const Key &key : m.keys) {
-        text += QLatin1Char('[') + escape(key.path, true) + QStringLiteral("]\n");
+        text += QLatin1Char('[') + key.path + QStringLiteral("]\n");
         for (const Value &v : key.values)
             text += escape(v.name, true) + QLatin1Char('=') + formatValue(v.data) + QLatin1Char('\n');
         text += QLatin1Char('\n');

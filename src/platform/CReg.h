@@ -14,9 +14,9 @@
 //   hex:0a,ff,00  binary, the bytes as two hex digits each, comma separated
 //                 ("hex:" alone is an empty byte array);
 //   dword:42      a number, in decimal.
-// In names, section paths and strings a backslash escapes: \\ \" \= \] \n \r
-// \t \0 and \xHH for any other control character. Names and paths are
-// case-sensitive. A value in none of these forms ("name=some text", as a
+// Section paths stand as they are. In value names and strings a backslash
+// escapes: \\ \" \= \] \n \r \t \0 and \xHH for any other control
+// character. Names and paths are case-sensitive. A value in none of these forms ("name=some text", as a
 // hand-written INI file has it) reads as that string, so a file written by
 // hand or by a plain INI writer is understood. Lines without "=" or outside
 // any section are dropped at the next write: the store rewrites itself whole.

@@ -52,7 +52,7 @@ TEST_F(CRegTest, StoreIsReadFromTheFileWrittenByAnotherHand)
 {
     QFile file(CReg::StorePath());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[Software\\\\VB and VBA Program Settings\\\\Vindrell\\\\Browser]\n"
+    file.write("[Software\\VB and VBA Program Settings\\Vindrell\\Browser]\n"
                "HomePage=\"http://127.0.0.1:8080/\"\n"
                "junk line\n"
                "[Browser]\n"
