@@ -3,7 +3,6 @@
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFile.h"
 #include "platform/CReg.h"
-#include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
 
@@ -88,8 +87,5 @@ long CSettingsFileDrop::SaveAdvanced()
         && CReg::SaveSetting(section, QStringLiteral("TidyIndentScheme"), QString::number(G::TidyIndentScheme))
         && CReg::SaveSetting(section, QStringLiteral("CMSUserName"), G::CMSUserName)
         && CReg::SaveSetting(section, QStringLiteral("CMSUserPassword"), G::CMSUserPassword);
-    if (!ok)
-        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
-                                QStringLiteral("CSettingsFileDrop.SaveAdvanced"));
-    return ok ? 1 : 0;
+    return ok ? 1 : 0; // a refusal leaves the store's own error pending
 }

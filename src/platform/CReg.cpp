@@ -33,6 +33,8 @@ struct Model
     QDateTime stamp;
     qint64 size = -1;
     std::vector<Key> keys;
+    int held = 0;       // BeginUpdate depth: writes wait while above 0
+    bool dirty = false; // a held change not yet in the file
 };
 
 Model &model()
@@ -148,7 +150,7 @@ Model &loaded()
     const QFileInfo info(file);
     const QDateTime stamp = info.exists() ? info.lastModified() : QDateTime();
     const qint64 size = info.exists() ? info.size() : -1;
-    if (m.file == file && m.stamp == stamp && m.size == size)
+    if (m.file == file && (m.dirty || (m.stamp == stamp && m.size == size)))
         return m;
     m.file = file;
     m.stamp = stamp;
@@ -162,6 +164,11 @@ Model &loaded()
 
 bool save(Model &m)
 {
+    if (m.held > 0) {
+        m.dirty = true;
+        return true;
+    }
+    m.dirty = false;
     QString text = QStringLiteral("; keldacms settings store\n");
     for (const Key &key : m.keys) {
         text += QLatin1Char('[') + key.path + QStringLiteral("]\n");
@@ -205,6 +212,19 @@ long failed(const QString &what, const QString &position)
 }
 
 } // namespace
+
+void CReg::BeginUpdate()
+{
+    ++loaded().held;
+}
+
+long CReg::EndUpdate()
+{
+    Model &m = model();
+    if (m.held > 0 && --m.held == 0 && m.dirty && !save(m))
+        return failed(m.file, QStringLiteral("CReg.EndUpdate"));
+    return 1;
+}
 
 QString CReg::AppKey()
 {

@@ -34,6 +34,12 @@ public:
     // The file that holds the store.
     static QString StorePath();
 
+    // Between these two, changes stay in memory and go to the file at once
+    // at the end: a save of many values rewrites the file one time. Calls
+    // nest. EndUpdate returns 1, or 0 with the pending error set.
+    static void BeginUpdate();
+    static long EndUpdate();
+
     long hkey = HKEY_CURRENT_USER; // only the user's own hive exists here
     QString KeyRoot;
     QString Subkey;
