@@ -30,6 +30,8 @@ frmVindrell::frmVindrell(QWidget *parent)
     setCentralWidget(central);
     resize(1024, 768);
     setAcceptDrops(true);
+    MGlobalProjectObjects::g_strUserName = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("username"));
+    MGlobalProjectObjects::g_strUserMail = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("usermail"));
     CPublicSettings().GetURLSettings();
 
     connect(go, &QPushButton::clicked, this, &frmVindrell::navigateToAddressRow);
