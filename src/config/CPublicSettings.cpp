@@ -141,6 +141,8 @@ bool CPublicSettings::ReadRecord(const QString &version, long index, SiteRecord 
         r.useabsol = parseBool(read(fUseabsol).text);
         r.isnew = parseBool(CReg::GetSetting(kSettings, QStringLiteral("isnew%1").arg(index),
                                              QStringLiteral("False")));
+    } else {
+        r.automode.clear(); // the older format has no such value
     }
     r.subindex = {QString()};
     for (long m = 0;; ++m) {
