@@ -6,6 +6,7 @@
 #include "support/MError.h"
 #include "support/UserQuestions.h"
 
+#include <QApplication>
 #include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -30,6 +31,7 @@ frmVindrell::frmVindrell(QWidget *parent)
     setCentralWidget(central);
     resize(1024, 768);
     setAcceptDrops(true);
+    qApp->installEventFilter(this); // settings files dropped on the page, too
     MGlobalProjectObjects::g_strUserName = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("username"));
     MGlobalProjectObjects::g_strUserMail = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("usermail"));
     CPublicSettings().GetURLSettings();
@@ -74,4 +76,23 @@ void frmVindrell::dropEvent(QDropEvent *event)
     } else if (!address.isEmpty()) {
         navigateTo(address);
     }
+}
+
+// The page takes drops of its own; a settings file dropped anywhere on the
+// window is taken here instead, and every other drop goes on to the page.
+bool frmVindrell::eventFilter(QObject *watched, QEvent *event)
+{
+    const QEvent::Type type = event->type();
+    if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
+        return QMainWindow::eventFilter(watched, event);
+    auto *widget = qobject_cast<QWidget *>(watched);
+    auto *drop = static_cast<QDropEvent *>(event);
+    if (!widget || widget == this || !isAncestorOf(widget)
+        || !CSettingsFileDrop::CarriesSettingsFile(drop->mimeData()))
+        return QMainWindow::eventFilter(watched, event);
+    if (type == QEvent::Drop)
+        dropEvent(drop);
+    else
+        drop->acceptProposedAction();
+    return true;
 }

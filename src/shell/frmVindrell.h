@@ -26,6 +26,7 @@ protected:
     // A .pset file dropped on the window becomes a new site.
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void navigateToAddressRow();
