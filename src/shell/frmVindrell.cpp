@@ -1,13 +1,14 @@
 #include "shell/frmVindrell.h"
 
-#include "platform/LocalFolders.h"
+#include "config/CPublicSettings.h"
+#include "config/CSettingsFileDropTarget.h"
+#include "platform/CReg.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
@@ -29,6 +30,10 @@ frmVindrell::frmVindrell(QWidget *parent)
     column->addWidget(m_browser, 1);
     setCentralWidget(central);
     resize(1024, 768);
+    new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
+    MGlobalProjectObjects::g_strUserName = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("username"));
+    MGlobalProjectObjects::g_strUserMail = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("usermail"));
+    CPublicSettings().GetURLSettings();
 
     connect(go, &QPushButton::clicked, this, &frmVindrell::navigateToAddressRow);
     connect(m_address, &QLineEdit::returnPressed, this, &frmVindrell::navigateToAddressRow);
@@ -39,12 +44,17 @@ frmVindrell::frmVindrell(QWidget *parent)
 
 QString frmVindrell::homePage()
 {
-    QSettings store(LocalFolders::configFolder() + QStringLiteral("/keldacms.ini"),
-                    QSettings::IniFormat);
-    return store.value(QStringLiteral("Browser/HomePage"), QStringLiteral("about:blank")).toString();
+    CReg browserKey;
+    browserKey.Subkey = QStringLiteral("Browser");
+    return browserKey.GetRegistryValue(QStringLiteral("HomePage"), QStringLiteral("about:blank")).toString();
 }
 
 void frmVindrell::navigateToAddressRow()
 {
-    m_browser->load(QUrl::fromUserInput(m_address->text()));
+    navigateTo(m_address->text());
+}
+
+void frmVindrell::navigateTo(const QString &address)
+{
+    m_browser->load(QUrl::fromUserInput(address));
 }
