@@ -5,6 +5,7 @@
 #include "platform/FtpControl.h"
 
 #include "TestServers.h"
+#include "VsftpdServer.h"
 
 #include <QDir>
 #include <QFile>
@@ -319,4 +320,36 @@ TEST_F(FtpControlTest, AbortFromATransferEventEndsALargeDownload)
                      [&text](qint64, const QByteArray &chunk) { text += chunk; });
     EXPECT_EQ(ftp.Download(), 1) << ftp.ErrorDescription().toStdString();
     EXPECT_EQ(text, QByteArray("ok"));
+}
+
+TEST(FtpControlOtherServer, ListingInItsDialect)
+{
+    VsftpdServer vsftpd;
+    QDir(vsftpd.root()).mkpath(QStringLiteral("folder"));
+    QFile file(vsftpd.root() + QStringLiteral("/page one.htm"));
+    file.open(QIODevice::WriteOnly);
+    file.write("1234567");
+    file.close();
+    QFile::link(QStringLiteral("folder"), vsftpd.root() + QStringLiteral("/link"));
+
+    FtpControl ftp;
+    ftp.RemoteHost = QStringLiteral("127.0.0.1");
+    ftp.RemotePort = vsftpd.port();
+    ftp.User = QString::fromLatin1(VsftpdServer::User);
+    ASSERT_EQ(ftp.Logon(), 1) << ftp.ErrorDescription().toStdString();
+    EXPECT_EQ(ftp.RemotePath(), QStringLiteral("/"));
+    QList<Listed> entries;
+    QObject::connect(&ftp, &FtpControl::DirList, &ftp,
+                     [&entries](const QString &, const QString &name, bool isDir, qint64 size) {
+                         entries.append({name, isDir, size});
+                     });
+    ASSERT_EQ(ftp.ListDirectoryLong(), 1) << ftp.ErrorDescription().toStdString();
+    ASSERT_EQ(entries.size(), 3);
+    ASSERT_TRUE(find(entries, QStringLiteral("page one.htm")));
+    EXPECT_EQ(find(entries, QStringLiteral("page one.htm"))->size, 7);
+    ASSERT_TRUE(find(entries, QStringLiteral("folder")));
+    EXPECT_TRUE(find(entries, QStringLiteral("folder"))->isDir);
+    EXPECT_TRUE(find(entries, QStringLiteral("link -> folder")));
+    EXPECT_EQ(ftp.SetRemotePath(QStringLiteral("folder")), 1);
+    EXPECT_EQ(ftp.RemotePath(), QStringLiteral("/folder"));
 }
