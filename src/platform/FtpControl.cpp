@@ -263,9 +263,10 @@ void FtpControl::resetHandle()
 }
 
 // Drives the call through the object's own multi handle, which keeps the
-// control connection open after the call. The wait is capped, so a socket
-// libcurl does not report (a data connection still being set up) costs a
-// few milliseconds, never a long stall.
+// control connection open after the call. libcurl does not always report the
+// socket of an FTP data connection (while it is set up, and while data flows),
+// and its own wait would then sleep up to a second; so the wait is capped at
+// 1 ms. The cost is a cheap wake-up per millisecond during a call.
 int FtpControl::run()
 {
     auto *multi = static_cast<CURLM *>(m_multi);
