@@ -436,9 +436,15 @@ long FtpControl::finish(Call &call, int result)
 
 long FtpControl::Logon()
 {
+    // A second Logon starts a fresh session: host or user may have changed,
+    // and the login folder is only learnt on a new login.
+    if (m_connected && Logoff() != 1)
+        return 0;
     Call call;
-    const long result = perform(call, urlFor(QStringLiteral("/")),
-                                [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
+    // No path: the session stays in the login folder, whatever it is.
+    const QString url = QStringLiteral("ftp://%1:%2/").arg(RemoteHost).arg(RemotePort);
+    const long result =
+        perform(call, url, [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
     if (result != 1)
         return result;
     m_connected = true;
