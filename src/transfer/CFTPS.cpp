@@ -173,14 +173,24 @@ void CFTPS::FirewallSetUp()
 
 // A leading "ftp://" goes; Logon and LetBASEURL take it in any case of
 // letters, Init only as written. What is left is "host" or "host:port".
-void CFTPS::SetHostFromAddress(const QString &strAddress, bool boolAnyCase)
+QString CFTPS::HostFromAddress(const QString &strAddress, bool boolAnyCase)
 {
     const bool hasScheme = boolAnyCase ? strAddress.left(6).toLower() == QStringLiteral("ftp://")
                                        : strAddress.startsWith(QStringLiteral("ftp://"));
     QString host = hasScheme ? strAddress.mid(6) : strAddress;
     if (hasScheme && host.endsWith(QLatin1Char('/')))
         host.chop(1);
-    Ftp().SetRemoteHost(host);
+    return host;
+}
+
+// Takes the live connection of another client of the same account when
+// there is one, else a session of this account of its own.
+void CFTPS::SessionFor(const QString &strAccount_p)
+{
+    if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(strAccount_p))
+        UseSession(shared);
+    else if (m_session->Account() != strAccount_p)
+        UseSession(std::make_shared<FtpSession>(strAccount_p));
 }
 
 long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
@@ -188,14 +198,10 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
 {
     m_lRecord = -1;
     m_boolInitSession = true;
+    const QString host = HostFromAddress(strFTPURL_p, false);
+    SessionFor(FtpSession::AccountKey(host, strUsername_p, strPassword));
     FirewallSetUp();
-    SetHostFromAddress(strFTPURL_p, false);
-    const QString account = FtpSession::AccountKey(Ftp().RemoteHost(), strUsername_p, strPassword);
-    if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(account))
-        UseSession(shared);
-    else if (m_session->Account() != account)
-        UseSession(std::make_shared<FtpSession>(account));
-    SetHostFromAddress(strFTPURL_p, false);
+    Ftp().SetRemoteHost(host);
     Ftp().SetUser(strUsername_p);
     Ftp().SetPassword(strPassword);
     Ftp().SetTimeout(0);
@@ -250,25 +256,24 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     m_lRecord = lIndex;
     m_boolInitSession = false;
     const SiteRecord site = Record();
-    FirewallSetUp();
-    const bool restart = Ftp().Connected();
-    if (restart)
+    const QString host = HostFromAddress(site.baseurl, true);
+    const QString account = FtpSession::AccountKey(host, site.userid, site.password);
+    // A second logon of this client starts its session over; a first one
+    // takes over another client's live connection to the account.
+    if (Ftp().Connected() && m_session->Account() == account) {
+        FirewallSetUp();
         Ftp().Logoff();
-    SetHostFromAddress(site.baseurl, true);
-    const QString account = FtpSession::AccountKey(Ftp().RemoteHost(), site.userid, site.password);
-    if (!restart) {
-        if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(account)) {
-            UseSession(shared);
+    } else {
+        SessionFor(account);
+        if (Ftp().Connected()) {
             Ftp().SetPassive(site.passivemode);
             m_strHTTPURL = site.baseaddress;
             return 1;
         }
     }
-    if (m_session->Account() != account)
-        UseSession(std::make_shared<FtpSession>(account));
     FirewallSetUp();
     Ftp().SetPassive(site.passivemode);
-    SetHostFromAddress(site.baseurl, true);
+    Ftp().SetRemoteHost(host);
     Ftp().SetUser(site.userid);
     Ftp().SetPassword(site.password);
     Ftp().SetTimeout(0);
@@ -296,8 +301,11 @@ long CFTPS::CloseDown()
 long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
 {
     const QString position = QStringLiteral("CFTPS.CanUsePassiveMode");
-    if (Ftp().Connected())
+    if (m_session.use_count() == 1 && Ftp().Connected())
         Ftp().Logoff();
+    // The test logs on and off by itself: on a connection of its own, never
+    // on one that other clients share.
+    UseSession(std::make_shared<FtpSession>(QString()));
     FirewallSetUp();
     const auto &sites = MGlobalProjectObjects::URLDATA;
     if (lIndex_p < 0 || lIndex_p >= static_cast<long>(sites.size())) {
@@ -305,7 +313,7 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         return 0;
     }
     const SiteRecord &site = sites[static_cast<size_t>(lIndex_p)];
-    SetHostFromAddress(site.baseurl, true);
+    Ftp().SetRemoteHost(HostFromAddress(site.baseurl, true));
     Ftp().SetUser(site.userid);
     Ftp().SetPassword(site.password);
     Ftp().SetPassive(true);
@@ -379,7 +387,7 @@ long CFTPS::GetBASEURL(QString &strBaseURL_p)
 
 long CFTPS::LetBASEURL(const QString &strNewBaseURL_p)
 {
-    SetHostFromAddress(strNewBaseURL_p, true);
+    Ftp().SetRemoteHost(HostFromAddress(strNewBaseURL_p, true));
     return 1;
 }
 

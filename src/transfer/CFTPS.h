@@ -105,7 +105,8 @@ private:
     // Session internals.
     long LogonRecord(long lIndex, const QString &strPosition);
     void FirewallSetUp();
-    void SetHostFromAddress(const QString &strAddress, bool boolAnyCase);
+    static QString HostFromAddress(const QString &strAddress, bool boolAnyCase);
+    void SessionFor(const QString &strAccount_p);
     void UseSession(std::shared_ptr<FtpSession> session);
     SiteRecord Record() const;
     QString RootFolder() const;
