@@ -7,10 +7,13 @@
 #include "TestServers.h"
 #include "config/MGlobalProjectObjects.h"
 #include "transfer/CFTPS.h"
+#include "transfer/TransferActionScope.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <cstdio>
+#include <functional>
 
 namespace {
 
@@ -25,29 +28,36 @@ SiteRecord site(const TestServers &servers)
     return record;
 }
 
+// Ten operations of one user action, each by a client of its own, as the
+// parts of a save or of the site tree make them.
 int sequenceOfTen(TestServers &servers)
 {
     servers.clearFtpLog();
-    CFTPS main;
-    QByteArray data;
+    const QString copy = QCoreApplication::applicationDirPath() + QStringLiteral("/bench_copy.htm");
+    const std::function<long(CFTPS &)> operations[] = {
+        [](CFTPS &c) { QByteArray d; return c.GetASCIIFile(QStringLiteral("/index.htm"), d); },
+        [](CFTPS &c) {
+            QByteArray d;
+            return c.GetASCIIFile(QStringLiteral("/index.htm"), d) == 1 ? c.SendPage(d, QStringLiteral("/index.htm")) : 0;
+        },
+        [](CFTPS &c) { return c.CreateFolder(QStringLiteral("/"), QStringLiteral("bench")); },
+        [&](CFTPS &c) { return c.SaveFile(QStringLiteral("/index.htm"), copy); },
+        [](CFTPS &c) { return c.CopyFile(QStringLiteral("/index.htm"), QStringLiteral("bench1.htm")); },
+        [](CFTPS &c) { return c.RenameFile(QStringLiteral("/bench1.htm"), QStringLiteral("bench2.htm")); },
+        [](CFTPS &c) { return c.SendNewPage(QStringLiteral("Bench"), QStringLiteral("/bench3.htm")); },
+        [](CFTPS &c) { return c.RemoveFile(QStringLiteral("/bench3.htm")); },
+        [](CFTPS &c) { return c.RemoveFile(QStringLiteral("/bench2.htm")); },
+        [](CFTPS &c) { QByteArray d; return c.GetASCIIFile(QStringLiteral("/products/index.htm"), d); },
+    };
     int ok = 0;
-    ok += main.GetASCIIFile(QStringLiteral("/index.htm"), data) == 1;
-    ok += main.SendPage(data, QStringLiteral("/index.htm")) == 1;
     {
-        CFTPS history; // made for a moment, as the revision store does
-        ok += history.CreateFolder(QStringLiteral("/"), QStringLiteral("bench")) == 1;
-        ok += history.SaveFile(QStringLiteral("/index.htm"),
-                               QCoreApplication::applicationDirPath() + QStringLiteral("/bench_copy.htm")) == 1;
+        TransferActionScope action;
+        for (const auto &operation : operations) {
+            CFTPS client;
+            ok += operation(client) == 1 ? 1 : 0;
+        }
     }
-    ok += main.CopyFile(QStringLiteral("/index.htm"), QStringLiteral("bench1.htm")) == 1;
-    ok += main.RenameFile(QStringLiteral("/bench1.htm"), QStringLiteral("bench2.htm")) == 1;
-    {
-        CFTPS objects; // an image object uploading what it brought in
-        ok += objects.SendNewPage(QStringLiteral("Bench"), QStringLiteral("/bench3.htm")) == 1;
-        ok += objects.RemoveFile(QStringLiteral("/bench3.htm")) == 1;
-    }
-    ok += main.RemoveFile(QStringLiteral("/bench2.htm")) == 1;
-    ok += main.GetASCIIFile(QStringLiteral("/products/index.htm"), data) == 1;
+    QFile::remove(copy);
     if (ok != 10)
         std::fprintf(stderr, "only %d of the ten operations succeeded\n", ok);
     return servers.ftpLogins();

@@ -94,17 +94,11 @@ CFTPS::CFTPS()
         m_frmTransferStatus->onCancel = [this] { OnCancel(); };
 }
 
-// The last client of a connection ends it; one that only shares it leaves
-// it to the others.
+// The connection goes with the last client that holds it (FtpSession).
 CFTPS::~CFTPS()
 {
     if (m_frmTransferStatus)
         m_frmTransferStatus->HideWindow();
-    if (m_session.use_count() == 1 && Ftp().Connected()) {
-        if (!Ftp().Idle())
-            Ftp().Abort();
-        Ftp().Logoff();
-    }
 }
 
 void CFTPS::UseSession(std::shared_ptr<FtpSession> session)

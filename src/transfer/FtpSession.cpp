@@ -1,5 +1,7 @@
 #include "transfer/FtpSession.h"
 
+#include "transfer/TransferActionScope.h"
+
 #include <QHash>
 
 namespace {
@@ -13,7 +15,16 @@ QHash<QString, std::weak_ptr<FtpSession>> &published()
 
 FtpSession::FtpSession(QString account) : m_account(std::move(account)) {}
 
-FtpSession::~FtpSession() = default;
+// The last holder ends the connection: a transfer still running is
+// aborted, then the session logs off.
+FtpSession::~FtpSession()
+{
+    if (!control.Connected())
+        return;
+    if (!control.Idle())
+        control.Abort();
+    control.Logoff();
+}
 
 QString FtpSession::AccountKey(const QString &host, const QString &user, const QString &password)
 {
@@ -33,4 +44,5 @@ std::shared_ptr<FtpSession> FtpSession::FindConnected(const QString &account)
 void FtpSession::Publish(const std::shared_ptr<FtpSession> &session)
 {
     published().insert(session->Account(), session);
+    TransferActionScope::Keep(session);
 }

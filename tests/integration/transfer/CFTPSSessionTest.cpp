@@ -3,6 +3,7 @@
 
 #include "TransferSite.h"
 #include "transfer/CFTPS.h"
+#include "transfer/TransferActionScope.h"
 
 #include <QJsonArray>
 
@@ -128,6 +129,20 @@ TEST_F(CFTPSSession, OperationsAndClientsOfOneSiteShareOneLogin)
     }
     fetch(main, QStringLiteral("/index.htm"));
     EXPECT_EQ(servers().ftpLogins(), 1);
+
+    // Clients made one after another within one action share a login too
+    // (another account here, so that the main client's connection is not it).
+    servers().clearFtpLog();
+    useSites({demoSite(), webmasterSite()}, 1);
+    {
+        TransferActionScope action;
+        for (int i = 0; i < 3; ++i) {
+            CFTPS moment;
+            fetch(moment, QStringLiteral("/index.htm"));
+        }
+    }
+    EXPECT_EQ(servers().ftpLogins(), 1);
+    useSites({demoSite()});
 
     // An explicit second logon starts over.
     EXPECT_EQ(main.Logon(), 1);
