@@ -6,7 +6,10 @@
 #include <vector>
 
 // One site: an HTTP address bound to an FTP account, and how pages map from
-// one to the other. Fields in the order of the stored record.
+// one to the other. Fields in the order of the stored record. A fresh record
+// is not active, uses passive FTP and lets the system decide the transfer
+// mode: the safest start for a record that no file or dialog has filled in
+// yet (fields a .pset file doesn't carry keep these values).
 struct SiteRecord
 {
     QString userid;       // FTP user name
@@ -28,6 +31,31 @@ struct SiteRecord
     bool useabsol = false;  // remotefolder is absolute and sessions start there
 };
 
+// The proxy and firewall block of the store's section Proxy; members are
+// named after their keys.
+struct ProxySettings
+{
+    bool use = false;              // HTTP goes through a proxy
+    bool useFTP = false;           // FTP goes through a firewall
+    bool usesockspassword = false; // the firewall needs a user and password
+    bool useHTTPpassword = false;  // the HTTP proxy needs a user and password
+    QString serverHTTPname, serverHTTPPort, serverHTTPUser, serverHTTPPassword;
+    QString serverFTPname, serverFTPPort;
+    QString serverSOCKSname, serverSOCKSPort, serverSOCKSUser, serverSOCKSPassWord;
+    QString serverSOCKSServerType; // "4", "5" or "6"
+};
+
+// Bits of AdvancedUserSettings.
+enum AdvancedUserSetting : long {
+    advEditASP = 1,
+    advEditDocsJavaScript = 2,
+    advEnableHTMLEditor = 4,
+    advLinkDialogOption = 8,
+    advEnableDeleteFiles = 16,
+    advEnableMakeFolders = 32,
+    advShowAllFiles = 64
+};
+
 // Process-wide state shared by all parts of the program.
 class MGlobalProjectObjects
 {
@@ -35,4 +63,18 @@ public:
     // The site records, sorted by baseaddress, and the one in use.
     static std::vector<SiteRecord> URLDATA;
     static long lCurrentURL;
+
+    // Global settings read with the site records.
+    static ProxySettings Proxy;
+    static long AdvancedUserSettings; // bit mask of AdvancedUserSetting
+    static bool UseTidy;
+    static long TidyCharEncodingType; // 0 ASCII, 1 LATIN1, 3 UTF8
+    static long TidyIndentScheme;     // NOINDENT, INDENTBLOCKS, AUTOINDENT
+    static QString CMSUserName;
+    static QString CMSUserPassword;
+    static bool useSpellCheck;
+    static QString g_strAppPath;    // the program folder
+    static QString g_strTempFolder; // where every local work file lies
+    static QString g_strUserName;
+    static QString g_strUserMail;
 };
