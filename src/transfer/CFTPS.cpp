@@ -50,6 +50,7 @@ constexpr long errProtocol = 20142;
 constexpr long errDataConnection = 20302;
 constexpr long errNoInternet = 25066;
 constexpr long errNoSuchFile = 65547;
+constexpr int kFtpPort = 21;
 
 // A rename that keeps answering "553 Error renaming file" is tried this many
 // times in all: enough to ride out a server that is still closing the file.
@@ -135,8 +136,9 @@ SiteRecord CFTPS::Record() const
 }
 
 // Keeps the control's failure for the trap of the operation.
-bool CFTPS::Capture(bool boolOk)
+bool CFTPS::Capture(long lResult)
 {
+    const bool boolOk = lResult == 1;
     if (!boolOk)
         m_failure = {Ftp().ErrorNumber(), Ftp().ErrorDescription()};
     return boolOk;
@@ -155,13 +157,13 @@ void CFTPS::FirewallSetUp()
     const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
     if (proxy.useFTP) {
         const QString &kind = proxy.serverSOCKSServerType;
-        Ftp().SetFirewallType(kind == QStringLiteral("4") ? 2 : kind == QStringLiteral("6") ? 1 : 3);
-        Ftp().SetFirewallHost(proxy.serverSOCKSname);
-        Ftp().SetFirewallPort(proxy.serverSOCKSPort.toInt());
+        Ftp().FirewallType = kind == QStringLiteral("4") ? 2 : kind == QStringLiteral("6") ? 1 : 3;
+        Ftp().FirewallHost = proxy.serverSOCKSname;
+        Ftp().FirewallPort = proxy.serverSOCKSPort.toInt();
     }
     if (proxy.usesockspassword) {
-        Ftp().SetFirewallUser(proxy.serverSOCKSUser);
-        Ftp().SetFirewallPassword(proxy.serverSOCKSPassWord);
+        Ftp().FirewallUser = proxy.serverSOCKSUser;
+        Ftp().FirewallPassword = proxy.serverSOCKSPassWord;
     }
 }
 
@@ -175,6 +177,16 @@ QString CFTPS::HostFromAddress(const QString &strAddress, bool boolAnyCase)
     if (hasScheme && host.endsWith(QLatin1Char('/')))
         host.chop(1);
     return host;
+}
+
+// "host" or "host:port" onto the control; no port means the standard one.
+void CFTPS::ApplyHost(const QString &strHost_p)
+{
+    const qsizetype colon = strHost_p.lastIndexOf(QLatin1Char(':'));
+    bool numeric = false;
+    const int port = colon > 0 ? strHost_p.mid(colon + 1).toInt(&numeric) : 0;
+    Ftp().RemoteHost = numeric ? strHost_p.left(colon) : strHost_p;
+    Ftp().RemotePort = numeric ? port : kFtpPort;
 }
 
 // Takes the live connection of another client of the same account when
@@ -195,10 +207,10 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
     const QString host = HostFromAddress(strFTPURL_p, false);
     SessionFor(FtpSession::AccountKey(host, strUsername_p, strPassword));
     FirewallSetUp();
-    Ftp().SetRemoteHost(host);
-    Ftp().SetUser(strUsername_p);
-    Ftp().SetPassword(strPassword);
-    Ftp().SetTimeout(0);
+    ApplyHost(host);
+    Ftp().User = strUsername_p;
+    Ftp().Password = strPassword;
+    Ftp().Timeout = 0;
 
     // The control reads the folder only on an open connection, so Init logs
     // on here; its failures are the ones the table below turns into words.
@@ -210,7 +222,7 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
         const QString folder = m_session->loginFolderMark.mid(1);
         m_strStartFolder = folder != QStringLiteral("/") ? folder : QString();
     }
-    Ftp().SetOverwrite(true);
+    Ftp().Overwrite = true;
     m_strHTTPURL = strHTTPURL_p;
     m_boolHideDialog = false;
     if (ok)
@@ -260,18 +272,18 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     } else {
         SessionFor(account);
         if (Ftp().Connected()) {
-            Ftp().SetPassive(site.passivemode);
+            Ftp().Passive = site.passivemode;
             m_strHTTPURL = site.baseaddress;
             return 1;
         }
     }
     FirewallSetUp();
-    Ftp().SetPassive(site.passivemode);
-    Ftp().SetRemoteHost(host);
-    Ftp().SetUser(site.userid);
-    Ftp().SetPassword(site.password);
-    Ftp().SetTimeout(0);
-    Ftp().SetPassive(site.passivemode);
+    Ftp().Passive = site.passivemode;
+    ApplyHost(host);
+    Ftp().User = site.userid;
+    Ftp().Password = site.password;
+    Ftp().Timeout = 0;
+    Ftp().Passive = site.passivemode;
     Ftp().DoEvents();
     if (!Capture(Ftp().Logon())) {
         if (m_failure.number == errNoInternet)
@@ -307,15 +319,15 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         return 0;
     }
     const SiteRecord &site = sites[static_cast<size_t>(lIndex_p)];
-    Ftp().SetRemoteHost(HostFromAddress(site.baseurl, true));
-    Ftp().SetUser(site.userid);
-    Ftp().SetPassword(site.password);
-    Ftp().SetPassive(true);
-    Ftp().SetTimeout(0);
+    ApplyHost(HostFromAddress(site.baseurl, true));
+    Ftp().User = site.userid;
+    Ftp().Password = site.password;
+    Ftp().Passive = true;
+    Ftp().Timeout = 0;
 
     // Logon, then a listing, which needs a data connection. A data
     // connection that fails in passive mode is tried once more in active.
-    const std::function<bool()> steps[] = {[this] { return Ftp().Logon(); },
+    const std::function<long()> steps[] = {[this] { return Ftp().Logon(); },
                                            [this] { return Ftp().ListDirectory(); }};
     bool triedActive = false;
     for (size_t step = 0; step < std::size(steps); ++step) {
@@ -328,7 +340,7 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         case errDataConnection:
             Ftp().Interrupt();
             Ftp().Logoff();
-            Ftp().SetPassive(false);
+            Ftp().Passive = false;
             if (g_boolCancelActivation)
                 return 1;
             if (triedActive)
@@ -356,32 +368,34 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
     }
     if (g_boolCancelActivation)
         return 1;
-    boolPassive_p = Ftp().Passive();
+    boolPassive_p = Ftp().Passive;
     Ftp().Logoff();
     return 1;
 }
 
 long CFTPS::LetUSERID(const QString &strNewUser_p)
 {
-    Ftp().SetUser(strNewUser_p);
+    Ftp().User = strNewUser_p;
     return 1;
 }
 
 long CFTPS::LetPASSWORD(const QString &strNewPassword_p)
 {
-    Ftp().SetPassword(strNewPassword_p);
+    Ftp().Password = strNewPassword_p;
     return 1;
 }
 
 long CFTPS::GetBASEURL(QString &strBaseURL_p)
 {
-    strBaseURL_p = Ftp().RemoteHost();
+    strBaseURL_p = Ftp().RemoteHost;
+    if (Ftp().RemotePort != kFtpPort)
+        strBaseURL_p += QLatin1Char(':') + QString::number(Ftp().RemotePort);
     return 1;
 }
 
 long CFTPS::LetBASEURL(const QString &strNewBaseURL_p)
 {
-    Ftp().SetRemoteHost(HostFromAddress(strNewBaseURL_p, true));
+    ApplyHost(HostFromAddress(strNewBaseURL_p, true));
     return 1;
 }
 
@@ -500,11 +514,11 @@ long CFTPS::GetASCIIFile(const QString &strURL_p, QByteArray &strFileData_p)
 {
     Running running(m_boolRunning);
     m_strReceiveBuffer.clear();
-    Ftp().SetLocalFile(QString());
+    Ftp().LocalFile = QString();
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.GetASCIIFile"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     m_strTransferName = file;
     m_dblTransferSize = 0;
     m_boolCollect = true;
@@ -619,13 +633,13 @@ long CFTPS::SendPage(const QByteArray &strASCII_p, const QString &strURL_p)
     bool steppedAside = false;
     bool ok = GoToFile(strURL_p, folder, file) == 1;
     m_strTransferName = file;
-    Ftp().SetLocalFile(work);
+    Ftp().LocalFile = work;
     if (ok)
         RunStep([&] { return RecoverOrClearOldCopy(file); }, folder, reconnects);
     ok = ok && RunStep([&] {
-        Ftp().SetRemoteFile(kNewText);
-        Ftp().SetTransferMode(2);
-        return Ftp().Upload();
+        Ftp().RemoteFile = kNewText;
+        Ftp().TransferMode = 2;
+        return Capture(Ftp().Upload());
     }, folder, reconnects);
     ok = ok && (steppedAside = true) && RunStep([&] { return Rename(file, kOldText); }, folder, reconnects);
     ok = ok && RunStep([&] { return Rename(kNewText, file); }, folder, reconnects);
@@ -683,8 +697,8 @@ long CFTPS::SendNewPage(const QString &strDocTitle_p, const QString &strURL_p)
     bool ok = GoToFile(strURL_p, folder, file) == 1;
     if (ok) {
         m_strTransferName = file;
-        Ftp().SetLocalFile(work);
-        Ftp().SetRemoteFile(file);
+        Ftp().LocalFile = work;
+        Ftp().RemoteFile = file;
         ok = Capture(Ftp().Upload());
     }
     QFile::remove(work);
@@ -714,8 +728,8 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     step = 3;
     if (Connect() != 1)
         return fail();
-    Ftp().SetTransferMode(2);
-    Ftp().SetLocalFile(strFileToSend_p);
+    Ftp().TransferMode = 2;
+    Ftp().LocalFile = strFileToSend_p;
     step = 4;
     QString path = strServerFolder_p;
     if (!path.endsWith(QLatin1Char('/')))
@@ -725,9 +739,9 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     if (ChangeFolder(folder) != 1)
         return fail();
     step = 5;
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     const bool ok = Capture(Ftp().Upload());
-    Ftp().SetTransferMode(0);
+    Ftp().TransferMode = 0;
     return ok ? 1 : fail();
 }
 
@@ -740,11 +754,11 @@ long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(position);
     m_strTransferName = file;
-    Ftp().SetLocalFile(strLocalFile_p);
-    Ftp().SetRemoteFile(file);
-    Ftp().SetTransferMode(2);
+    Ftp().LocalFile = strLocalFile_p;
+    Ftp().RemoteFile = file;
+    Ftp().TransferMode = 2;
     const bool ok = Capture(Ftp().Upload());
-    Ftp().SetTransferMode(0);
+    Ftp().TransferMode = 0;
     if (ok)
         return 1;
     // A transfer the user cancelled is no failure to show; it is logged.
@@ -772,14 +786,14 @@ long CFTPS::SaveFile(const QString &strURL_p, const QString &strLocalFilePath_p,
     step = 2;
     m_strTransferName = file;
     m_dblTransferSize = 0;
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (boolBinaryTransfer)
-        Ftp().SetTransferMode(2);
-    Ftp().SetLocalFile(strLocalFilePath_p);
-    Ftp().SetOverwrite(true);
+        Ftp().TransferMode = 2;
+    Ftp().LocalFile = strLocalFilePath_p;
+    Ftp().Overwrite = true;
     step = 3;
     const bool ok = Capture(Ftp().Download());
-    Ftp().SetTransferMode(0);
+    Ftp().TransferMode = 0;
     if (ok)
         return 1;
     const QString &text = m_failure.description;
@@ -800,13 +814,13 @@ long CFTPS::CopyFile(const QString &strURL_p, const QString &strCopyFile_p)
         return Fail(position);
     m_strTransferName = file;
     m_dblTransferSize = 0;
-    Ftp().SetRemoteFile(file);
-    Ftp().SetLocalFile(work);
-    Ftp().SetOverwrite(true);
+    Ftp().RemoteFile = file;
+    Ftp().LocalFile = work;
+    Ftp().Overwrite = true;
     bool ok = Capture(Ftp().Download());
     if (ok) {
         m_dblTransferSize = static_cast<double>(QFileInfo(work).size());
-        Ftp().SetRemoteFile(strCopyFile_p);
+        Ftp().RemoteFile = strCopyFile_p;
         ok = Capture(Ftp().Upload());
     }
     QFile::remove(work);
@@ -819,7 +833,7 @@ long CFTPS::RenameFile(const QString &strURL_p, const QString &strNewFileName_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.RenameFile"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     return Rename(file, strNewFileName_p) ? 1 : Fail(QStringLiteral("CFTPS.RenameFile"));
 }
 
@@ -829,7 +843,7 @@ long CFTPS::RemoveFile(const QString &strURL_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.RemoveFile"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (Capture(Ftp().DeleteFile(file)))
         return 1;
     return m_failure.number == errProtocol ? ExpectedFailure : Fail(QStringLiteral("CFTPS.RemoveFile"));
@@ -841,7 +855,7 @@ long CFTPS::RemoveDir(const QString &strURL_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.RemoveDir"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (Capture(Ftp().RemoveDirectory(file)))
         return 1;
     return StartsWith(m_failure.description, "550") ? ExpectedFailure : Fail(QStringLiteral("CFTPS.RemoveDir"));
@@ -853,7 +867,7 @@ long CFTPS::CreateDir(const QString &strURL_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.CreateDir"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (Capture(Ftp().MakeDirectory(file)))
         return 1;
     return StartsWith(m_failure.description, "550") ? ExpectedFailure : Fail(QStringLiteral("CFTPS.CreateDir"));
@@ -886,7 +900,7 @@ long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_
     if (path.isEmpty())
         path = RootFolder();
     bool ok = Capture(Ftp().SetRemotePath(path));
-    Ftp().SetRemoteFile(folder);
+    Ftp().RemoteFile = folder;
     ok = ok && Capture(Ftp().MakeDirectory(folder));
     if (ok)
         return 1;
