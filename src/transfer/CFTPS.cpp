@@ -49,6 +49,7 @@ const QString kOldText = QStringLiteral("tempppp2.dat");
 constexpr long errProtocol = 20142;
 constexpr long errDataConnection = 20302;
 constexpr long errNoInternet = 25066;
+constexpr long errRefused = 25061;
 constexpr long errNoSuchFile = 65547;
 constexpr int kFtpPort = 21;
 
@@ -414,11 +415,28 @@ long CFTPS::Connect()
 {
     if (!Ftp().Connected() && !Reconnect())
         return 0;
+    if (RootFolder().isEmpty())
+        return ChangeToRootFolder();
     if (Capture(Ftp().SetRemotePath(RootFolder())))
         return 1;
-    if (Ftp().Connected() || !Reconnect())
+    if (!ConnectionLost() || !Reconnect())
         return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
     return ChangeToRootFolder();
+}
+
+// Whether the last failure was the loss of the control connection. The
+// control does not always notice a connection closed under a reply it was
+// waiting for, so a reply that could not be read counts too; the session is
+// then closed on this side as well, ready to log on again.
+bool CFTPS::ConnectionLost()
+{
+    if (!Ftp().Connected())
+        return true;
+    const bool lost = m_failure.number == errNoInternet || m_failure.number == errRefused
+                      || m_failure.description.startsWith(QStringLiteral("response reading failed"));
+    if (lost)
+        Ftp().Logoff();
+    return lost;
 }
 
 // Logs on again with what the session was made from: Init's address and
@@ -455,8 +473,14 @@ QString CFTPS::RootFolder() const
     return site.useabsol ? site.remotefolder : QStringLiteral("/");
 }
 
+// An absolute start folder that is empty is refused like a folder the
+// server refuses, rather than leaving the session where it happens to be.
 long CFTPS::ChangeToRootFolder()
 {
+    if (RootFolder().isEmpty()) {
+        m_failure = {errProtocol, QStringLiteral("550 No folder to change to.")};
+        return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
+    }
     if (Capture(Ftp().SetRemotePath(RootFolder())))
         return 1;
     return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
@@ -548,7 +572,7 @@ QString CFTPS::WorkFileName()
 bool CFTPS::RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects)
 {
     while (!step()) {
-        if (Ftp().Connected() || nReconnects >= kReconnects)
+        if (nReconnects >= kReconnects || !ConnectionLost())
             return false;
         ++nReconnects;
         const Failure lost = m_failure;

@@ -111,6 +111,7 @@ private:
     SiteRecord Record() const;
     QString RootFolder() const;
     bool Reconnect();
+    bool ConnectionLost();
     bool Capture(long lResult);
     void ApplyHost(const QString &strHost_p);
     long Fail(const QString &strPosition);
