@@ -459,12 +459,21 @@ bool CFTPS::Reconnect()
     return true;
 }
 
+// A connection lost at the change of folder is logged on again once.
 long CFTPS::GoToFile(const QString &strURL_p, QString &strFolder_p, QString &strFile_p)
 {
-    if (Connect() != 1)
-        return 0;
-    BuildRemoteFolder(strURL_p, strFolder_p, strFile_p);
-    return ChangeFolder(strFolder_p) == 1 ? 1 : 0;
+    const bool wasClear = MError::ErrorNumber() == 0;
+    for (int attempt = 0;; ++attempt) {
+        if (Connect() != 1)
+            return 0;
+        BuildRemoteFolder(strURL_p, strFolder_p, strFile_p);
+        if (ChangeFolder(strFolder_p) == 1)
+            return 1;
+        if (attempt > 0 || !ConnectionLost())
+            return 0;
+        if (wasClear)
+            MError::ClearError();
+    }
 }
 
 QString CFTPS::RootFolder() const
