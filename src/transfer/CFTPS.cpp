@@ -604,28 +604,48 @@ bool CFTPS::Rename(const QString &strFrom_p, const QString &strTo_p)
     }
 }
 
-// Whether a file lies in the current folder, asked by its modification
-// time. boolKnown_p is False when the server did not say (no MDTM, or the
-// connection went).
+// The names of the files in the current folder. A listing never fails for
+// a name that is missing, and a failed command costs the control its
+// connection, so this is how the safe replace looks before it acts.
+bool CFTPS::ListFileNames(QStringList &names_p)
+{
+    names_p.clear();
+    const QMetaObject::Connection collect = connect(
+        &Ftp(), &FtpControl::DirList, this,
+        [&names_p](const QString &, const QString &FileName, bool IsDir, qint64, const QDateTime &) {
+            if (!IsDir)
+                names_p.append(FileName);
+        });
+    Ftp().RemoteFile.clear();
+    const bool ok = Capture(Ftp().ListDirectoryLong());
+    disconnect(collect);
+    return ok;
+}
+
+// Whether a file lies in the current folder. boolKnown_p is False when the
+// listing failed.
 bool CFTPS::Exists(const QString &strName_p, bool &boolKnown_p)
 {
-    const bool found = Capture(Ftp().Command(QStringLiteral("MDTM ") + strName_p));
-    boolKnown_p = found || StartsWith(m_failure.description, "550");
-    return found;
+    QStringList names;
+    boolKnown_p = ListFileNames(names);
+    return names.contains(strName_p);
 }
 
 // Step 4 of the safe replace: an old copy left by an earlier attempt goes,
 // unless the page itself is missing. Then that copy is the only one there
 // is (a run broke between stepping the old page aside and putting the new
-// one in its place) and it is put back as the page. When the server can't
-// tell whether the page exists, the old copy is left where it is.
+// one in its place) and it is put back as the page. When the folder can't
+// be listed, the old copy is left where it is.
 bool CFTPS::RecoverOrClearOldCopy(const QString &strFile_p)
 {
-    bool known = false;
-    const bool exists = Exists(strFile_p, known);
-    if (known && !exists)
+    QStringList names;
+    if (!ListFileNames(names))
+        return !ConnectionLost();
+    if (!names.contains(kOldText))
+        return true;
+    if (!names.contains(strFile_p))
         Rename(kOldText, strFile_p);
-    else if (known)
+    else
         Capture(Ftp().Command(QStringLiteral("DELE ") + kOldText));
     return Ftp().Connected();
 }

@@ -124,6 +124,7 @@ private:
     // Safe replace.
     bool RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects);
     bool Rename(const QString &strFrom_p, const QString &strTo_p);
+    bool ListFileNames(QStringList &names_p);
     bool Exists(const QString &strName_p, bool &boolKnown_p);
     bool RecoverOrClearOldCopy(const QString &strFile_p);
     long SendPageFailure(const QString &strURL_p);
