@@ -128,6 +128,9 @@ private:
     bool Exists(const QString &strName_p, bool &boolKnown_p);
     bool RecoverOrClearOldCopy(const QString &strFile_p);
     long SendPageFailure(const QString &strURL_p);
+    long OnFile(const QString &strURL_p, const QString &strPosition_p,
+                const std::function<long(const QString &)> &command_p,
+                const std::function<bool(const Failure &)> &isExpected_p);
     static QString WorkFileName();
 
     // Status window events.
