@@ -4,30 +4,10 @@
 
 #include <QFile>
 #include <QSaveFile>
-#include <QStringDecoder>
 
 namespace {
 const QByteArray kBom("\xEF\xBB\xBF");
 
-bool isAscii(const QByteArray &bytes)
-{
-    for (const char b : bytes) {
-        if (static_cast<unsigned char>(b) >= 0x80)
-            return false;
-    }
-    return true;
-}
-
-// UTF-8 only when it decodes cleanly and is not plain ASCII: a code-page
-// file with a few accented letters is almost never valid UTF-8.
-bool decodeUtf8(const QByteArray &bytes, QString &text)
-{
-    if (isAscii(bytes))
-        return false;
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    text = decoder.decode(bytes);
-    return !decoder.hasError();
-}
 } // namespace
 
 ProfileFile::ProfileFile()
@@ -76,12 +56,7 @@ ProfileFile ProfileFile::fromBytes(const QByteArray &bytes)
     file.m_bom = body.startsWith(kBom);
     if (file.m_bom)
         body.remove(0, kBom.size());
-    QString text;
-    file.m_utf8 = file.m_bom || decodeUtf8(body, text);
-    if (file.m_bom)
-        text = QString::fromUtf8(body);
-    else if (!file.m_utf8)
-        text = WindowsAnsiText::decode(body);
+    const QString text = file.m_bom ? QString::fromUtf8(body) : WindowsAnsiText::decode(body);
 
     const QStringList lines = text.split(QLatin1Char('\n'));
     for (qsizetype i = 0; i < lines.size(); ++i) {
@@ -112,9 +87,9 @@ QByteArray ProfileFile::toBytes() const
         }
     }
     QByteArray bytes;
-    if (!m_utf8 && WindowsAnsiText::encode(text, bytes))
+    if (!m_bom && WindowsAnsiText::encode(text, bytes))
         return bytes;
-    return (m_bom ? kBom : QByteArray()) + text.toUtf8();
+    return kBom + text.toUtf8();
 }
 
 bool ProfileFile::load(const QString &path)
@@ -181,7 +156,7 @@ void ProfileFile::setValue(const QString &section, const QString &key, const QSt
 {
     const QString name = trimmedName(clean(key));
     const QString text = name + QLatin1Char('=') + clean(value);
-    Section *s = findSection(clean(section));
+    Section *s = findSection(section);
     if (!s) {
         // A blank line keeps the new section apart from the one before it.
         if (!m_sections.back().lines.empty())

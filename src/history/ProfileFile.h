@@ -17,10 +17,11 @@
 //   both ends with the same quote loses the quotes;
 // - lines the reader does not understand (comments, garbage, keys outside
 //   any section) are kept as they are when the file is written back;
-// - the file is in the Windows code page, with CRLF line ends. A file that
-//   is valid UTF-8 with characters beyond ASCII (or starts with its byte
-//   order mark) is read as UTF-8 and written back the same way; so is a file
-//   that gets a character the code page lacks.
+// - the file is in the Windows code page, with CRLF line ends, and is read
+//   as such whatever its bytes, as a Windows client reads it. Only a file
+//   that starts with the UTF-8 byte order mark is UTF-8; a file that gets a
+//   character the code page lacks is written that way, mark included, so
+//   that the next reader can't take it for code-page text.
 class ProfileFile
 {
 public:
@@ -69,6 +70,5 @@ private:
 
     // The first section holds the lines before any header; it never goes.
     std::vector<Section> m_sections;
-    bool m_utf8 = false;
     bool m_bom = false;
 };

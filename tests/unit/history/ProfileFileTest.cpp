@@ -60,6 +60,13 @@ TEST(ProfileFile, LineBreaksInValuesCannotForgeSections)
     const ProfileFile again = ProfileFile::fromBytes(index.toBytes());
     EXPECT_FALSE(again.hasSection(QStringLiteral("/other.htm")));
     EXPECT_EQ(again.value(QStringLiteral("/p.htm"), QStringLiteral("1date")), QStringLiteral("x  [/other.htm] ID=7"));
+
+    // A name read with a stray carriage return in it is written to as read.
+    ProfileFile stray = ProfileFile::fromBytes(QByteArray("[/a\rb]\n"));
+    stray.setValue(QStringLiteral("/a\rb"), QStringLiteral("rev"), QStringLiteral("1"));
+    EXPECT_EQ(stray.sectionNames().size(), 1);
+    EXPECT_EQ(ProfileFile::fromBytes(stray.toBytes()).value(QStringLiteral("/a\rb"), QStringLiteral("rev")),
+              QStringLiteral("1"));
 }
 
 // Code-page files stay code-page files; UTF-8 ones stay UTF-8.
@@ -74,6 +81,13 @@ TEST(ProfileFile, EncodingsRoundTrip)
     ProfileFile u = ProfileFile::fromBytes(utf8);
     EXPECT_EQ(u.value(QStringLiteral("/å.htm"), QStringLiteral("ID")), QStringLiteral("1"));
     EXPECT_EQ(u.toBytes(), utf8);
+
+    // Read as a Windows client reads it, before and after an edit that
+    // leaves only bytes that would also pass for UTF-8.
+    ProfileFile odd = ProfileFile::fromBytes(QByteArray("[/p\xC3\xA5.htm]\r\nrev=\xC8\r\n"));
+    odd.setValue(QStringLiteral("/pÃ¥.htm"), QStringLiteral("rev"), QStringLiteral("2"));
+    EXPECT_EQ(ProfileFile::fromBytes(odd.toBytes()).value(QStringLiteral("/pÃ¥.htm"), QStringLiteral("rev")),
+              QStringLiteral("2"));
 
     ProfileFile beyond = ProfileFile::fromBytes(ansi);
     beyond.setValue(QStringLiteral("/日本.htm"), QStringLiteral("ID"), QStringLiteral("1"));
