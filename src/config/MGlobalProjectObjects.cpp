@@ -2,3 +2,15 @@
 
 std::vector<SiteRecord> MGlobalProjectObjects::URLDATA;
 long MGlobalProjectObjects::lCurrentURL = 0;
+ProxySettings MGlobalProjectObjects::Proxy;
+long MGlobalProjectObjects::AdvancedUserSettings = 0;
+bool MGlobalProjectObjects::UseTidy = false;
+long MGlobalProjectObjects::TidyCharEncodingType = 0;
+long MGlobalProjectObjects::TidyIndentScheme = 0;
+QString MGlobalProjectObjects::CMSUserName;
+QString MGlobalProjectObjects::CMSUserPassword;
+bool MGlobalProjectObjects::useSpellCheck = false;
+QString MGlobalProjectObjects::g_strAppPath;
+QString MGlobalProjectObjects::g_strTempFolder;
+QString MGlobalProjectObjects::g_strUserName;
+QString MGlobalProjectObjects::g_strUserMail;

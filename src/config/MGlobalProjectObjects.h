@@ -6,7 +6,9 @@
 #include <vector>
 
 // One site: an HTTP address bound to an FTP account, and how pages map from
-// one to the other. Fields in the order of the stored record.
+// one to the other. Fields in the order of the stored record. A fresh record
+// is all empty and False, like the one the store gives before any save; the
+// settings dialog fills in its own starting values ("http://", "0").
 struct SiteRecord
 {
     QString userid;       // FTP user name
@@ -15,17 +17,42 @@ struct SiteRecord
     QString baseaddress;  // HTTP address with its http://; display name and sort key
     QString indexfile;    // index file of the site
     QString ftproot;      // from the FTP login folder to the web root; "" or "/" when the same
-    QString isactive = QStringLiteral("0");   // "1" activated
-    QString useremotef = QStringLiteral("0"); // "1" when remotefolder is in force
-    QString usesubindex = QStringLiteral("0");// "1" when the index file is searched for
+    QString isactive;     // "1" activated, anything else not
+    QString useremotef;   // "1" when remotefolder is in force
+    QString usesubindex;  // "1" when the index file is searched for
     QString remotefolder; // folder under which the site lies on the FTP server
     QStringList subindex = {QString()}; // further index file names; never empty
-    bool passivemode = true;
-    QString automode = QStringLiteral("1"); // "1": the system decides the transfer mode
+    bool passivemode = false;
+    QString automode;       // "1": the system decides the transfer mode
     bool ischanged = false; // in memory only
     bool isremoved = false; // in memory only
     bool isnew = false;     // from creation in the settings dialog until the address is edited
     bool useabsol = false;  // remotefolder is absolute and sessions start there
+};
+
+// The proxy and firewall block of the store's section Proxy; members are
+// named after their keys.
+struct ProxySettings
+{
+    bool use = false;              // HTTP goes through a proxy
+    bool useFTP = false;           // FTP goes through a firewall
+    bool usesockspassword = false; // the firewall needs a user and password
+    bool useHTTPpassword = false;  // the HTTP proxy needs a user and password
+    QString serverHTTPname, serverHTTPPort, serverHTTPUser, serverHTTPPassword;
+    QString serverFTPname, serverFTPPort;
+    QString serverSOCKSname, serverSOCKSPort, serverSOCKSUser, serverSOCKSPassWord;
+    QString serverSOCKSServerType; // "4", "5" or "6"
+};
+
+// Bits of AdvancedUserSettings.
+enum AdvancedUserSetting : long {
+    advEditASP = 1,
+    advEditDocsJavaScript = 2,
+    advEnableHTMLEditor = 4,
+    advLinkDialogOption = 8,
+    advEnableDeleteFiles = 16,
+    advEnableMakeFolders = 32,
+    advShowAllFiles = 64
 };
 
 // Process-wide state shared by all parts of the program.
@@ -35,4 +62,18 @@ public:
     // The site records, sorted by baseaddress, and the one in use.
     static std::vector<SiteRecord> URLDATA;
     static long lCurrentURL;
+
+    // Global settings read with the site records.
+    static ProxySettings Proxy;
+    static long AdvancedUserSettings; // bit mask of AdvancedUserSetting
+    static bool UseTidy;
+    static long TidyCharEncodingType; // 0 ASCII, 1 LATIN1, 3 UTF8
+    static long TidyIndentScheme;     // NOINDENT, INDENTBLOCKS, AUTOINDENT
+    static QString CMSUserName;
+    static QString CMSUserPassword;
+    static bool useSpellCheck;
+    static QString g_strAppPath;    // the program folder
+    static QString g_strTempFolder; // where every local work file lies
+    static QString g_strUserName;
+    static QString g_strUserMail;
 };
