@@ -1,12 +1,35 @@
 #include "history/ProfileFile.h"
 
-#include "history/WindowsAnsiText.h"
+#include "config/AnsiCodePage.h"
 
 #include <QFile>
 #include <QSaveFile>
 
 namespace {
 const QByteArray kBom("\xEF\xBB\xBF");
+
+QString decodeAnsi(const QByteArray &bytes)
+{
+    QString text;
+    text.reserve(bytes.size());
+    for (const char b : bytes)
+        text.append(AnsiCodePage::Chr(static_cast<unsigned char>(b)));
+    return text;
+}
+
+// False when a character has no byte in the code page.
+bool encodeAnsi(const QString &text, QByteArray &bytes)
+{
+    bytes.clear();
+    bytes.reserve(text.size());
+    for (const QChar c : text) {
+        const unsigned char b = AnsiCodePage::Asc(c);
+        if (AnsiCodePage::Chr(b) != c)
+            return false;
+        bytes.append(static_cast<char>(b));
+    }
+    return true;
+}
 
 } // namespace
 
@@ -56,7 +79,7 @@ ProfileFile ProfileFile::fromBytes(const QByteArray &bytes)
     file.m_bom = body.startsWith(kBom);
     if (file.m_bom)
         body.remove(0, kBom.size());
-    const QString text = file.m_bom ? QString::fromUtf8(body) : WindowsAnsiText::decode(body);
+    const QString text = file.m_bom ? QString::fromUtf8(body) : decodeAnsi(body);
 
     const QStringList lines = text.split(QLatin1Char('\n'));
     for (qsizetype i = 0; i < lines.size(); ++i) {
@@ -87,7 +110,7 @@ QByteArray ProfileFile::toBytes() const
         }
     }
     QByteArray bytes;
-    if (!m_bom && WindowsAnsiText::encode(text, bytes))
+    if (!m_bom && encodeAnsi(text, bytes))
         return bytes;
     return kBom + text.toUtf8();
 }
