@@ -139,6 +139,14 @@ TEST_F(Revisions, ReadOnlyHistoryTellsTheUserOnceAndLetsTheSaveGoOn)
     EXPECT_TRUE(shown[0].message.startsWith(QStringLiteral("Page /www/locked.htm couldn't be saved to")));
     EXPECT_EQ(MError::ErrorNumber(), 0);
     EXPECT_EQ(serverIndex().value(section(QStringLiteral("locked.htm")), QStringLiteral("rev")), QStringLiteral("1"));
+
+    // A folder that can't even be made is told the same way.
+    removeHistory();
+    EXPECT_EQ(saveOver(QStringLiteral("locked.htm"), "v3"), -1);
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_EQ(shown[1].number, -550);
+    EXPECT_TRUE(shown[1].message.endsWith(QStringLiteral("is named '_resetp' on the FTP server.")));
+    EXPECT_FALSE(QDir(historyDisk()).exists());
 }
 
 TEST_F(Revisions, PageNotYetOnTheServerWritesNothing)
