@@ -10,6 +10,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QLocale>
+#include <QRegularExpression>
 
 #include <chrono>
 
@@ -58,6 +59,15 @@ QString joined(const QString &left, const QString &right)
     while (b.startsWith(QLatin1Char('/')))
         b.remove(0, 1);
     return a + QLatin1Char('/') + b;
+}
+
+// An id names files here and on the server, so one from a damaged or
+// hand-edited index is used only when it can't lead out of the folder: a
+// page whose id is unusable is treated as a page without history.
+bool usableId(const QString &id)
+{
+    static const QRegularExpression safe(QStringLiteral("^[A-Za-z0-9_-]+$"));
+    return safe.match(id).hasMatch();
 }
 
 // The local working files of one operation; none survives it.
@@ -201,7 +211,10 @@ long CRollback::TakeRevision(const QString &strPagePath_p, const QString &strLoc
 {
     LocalFiles files;
     m_nRevision = 1;
-    if (GetBackupData(strPagePath_p) == 1)
+    const long data = GetBackupData(strPagePath_p);
+    if (data == 0)
+        return 0; // an index that can't be read must not be written over
+    if (data == 1)
         m_nRevision = RevisionList::NextRevision(m_index, strPagePath_p, m_nHistorySize);
     else
         m_strID = FreshId();
@@ -266,9 +279,8 @@ long CRollback::GetBackupData(const QString &strURL_p)
                                 QStringLiteral("CRollback.GetBackupData"));
         return 0;
     }
-    bool found = false;
-    const QString id = m_index.value(strURL_p, QStringLiteral("ID"), &found);
-    if (!found || id.isEmpty())
+    const QString id = m_index.value(strURL_p, QStringLiteral("ID"));
+    if (!usableId(id))
         return -1;
     m_strID = id;
     return 1;
@@ -310,6 +322,8 @@ long CRollback::GetFirstBackup(const QString &strFilePath_p, const QString &strU
     ProfileFile index;
     index.load(LocalIndexPath());
     m_strID = index.value(m_strFilePath, QStringLiteral("ID"));
+    if (!usableId(m_strID))
+        m_strID.clear();
     m_list.Fill(index, m_strFilePath);
     m_nRevision = m_list.CurrentRevision();
     return 1;

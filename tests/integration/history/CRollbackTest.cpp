@@ -223,6 +223,7 @@ TEST_F(Revisions, MalformedIndexLosesNoRevision)
     for (int i = 0; i < 200000; ++i)
         damaged.append("garbage line ").append(QByteArray::number(i)).append("\r\n");
     damaged.append("[/www/damaged.htm]\r\nID=777\r\nrev=zz\r\n1date=d1\r\n2date=d2\r\n"
+                   "[/www/evil.htm]\r\nID=../../evil\r\nrev=1\r\n1date=e1\r\n"
                    "[/www/other.htm]\r\nID=888\r\nrev=1\r\n1date=o1\r\n");
     servers().writeWebFile(QStringLiteral("_resetp/_resetp.ini"), damaged);
 
@@ -233,4 +234,10 @@ TEST_F(Revisions, MalformedIndexLosesNoRevision)
     EXPECT_EQ(revisionFile(QStringLiteral("777.3")), QByteArray("third"));
     EXPECT_EQ(listed(QStringLiteral("damaged.htm")), QList<long>({3, 2, 1}));
     EXPECT_EQ(listed(QStringLiteral("other.htm")), QList<long>({1}));
+
+    // An id that would name a file outside the folder is never used.
+    ASSERT_EQ(saveOver(QStringLiteral("evil.htm"), "kept"), 1);
+    const QString id = serverIndex().value(section(QStringLiteral("evil.htm")), QStringLiteral("ID"));
+    EXPECT_TRUE(id.toLong() > 0) << qPrintable(id);
+    EXPECT_EQ(revisionFile(id + QStringLiteral(".1")), QByteArray("kept"));
 }
