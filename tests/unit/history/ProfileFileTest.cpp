@@ -95,17 +95,3 @@ TEST(ProfileFile, EncodingsRoundTrip)
     EXPECT_EQ(back.value(QStringLiteral("/日本.htm"), QStringLiteral("ID")), QStringLiteral("1"));
     EXPECT_EQ(back.value(QStringLiteral("/VÄXTER.htm"), QStringLiteral("1date")), QStringLiteral("€ 5"));
 }
-
-TEST(ProfileFile, GarbageReadsAsWhatCanBeReadAndSurvivesAWrite)
-{
-    QByteArray garbage;
-    for (int i = 0; i < 4096; ++i)
-        garbage.append(static_cast<char>((i * 7919) % 256));
-    garbage.append("\n[/p.htm]\nID=5\n[unclosed\n=novalue\n");
-    ProfileFile index = ProfileFile::fromBytes(garbage);
-    EXPECT_EQ(index.value(QStringLiteral("/p.htm"), QStringLiteral("ID")), QStringLiteral("5"));
-    index.setValue(QStringLiteral("/p.htm"), QStringLiteral("rev"), QStringLiteral("1"));
-    const ProfileFile again = ProfileFile::fromBytes(index.toBytes());
-    EXPECT_EQ(again.value(QStringLiteral("/p.htm"), QStringLiteral("rev")), QStringLiteral("1"));
-    EXPECT_EQ(again.value(QStringLiteral("/p.htm"), QStringLiteral("ID")), QStringLiteral("5"));
-}
