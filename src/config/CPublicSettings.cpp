@@ -3,7 +3,6 @@
 #include "config/CCrypt.h"
 #include "platform/CReg.h"
 #include "platform/LocalFolders.h"
-#include "support/MError.h"
 
 #include <QCoreApplication>
 
@@ -111,11 +110,7 @@ long CPublicSettings::GetURLSettings()
         G::URLDATA[n] = record;
     }
     ReadGlobals();
-    if (MError::ErrorNumber() != 0) {
-        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
-                                QStringLiteral("CPublicSettings.GetURLSettings"));
-        return 0;
-    }
+    // Reading can't fail: a missing or unreadable store reads as empty.
     return SortURLData();
 }
 
@@ -146,6 +141,8 @@ bool CPublicSettings::ReadRecord(const QString &version, long index, SiteRecord 
         r.useabsol = parseBool(read(fUseabsol).text);
         r.isnew = parseBool(CReg::GetSetting(kSettings, QStringLiteral("isnew%1").arg(index),
                                              QStringLiteral("False")));
+    } else {
+        r.automode.clear(); // the older format has no such value
     }
     r.subindex = {QString()};
     for (long m = 0;; ++m) {
@@ -205,7 +202,18 @@ void CPublicSettings::ReadGlobals()
 
 long CPublicSettings::SetURLSettings()
 {
-    const QString position = QStringLiteral("CPublicSettings.SetURLSettings");
+    // The whole save reaches the file in one write, so a failure leaves the
+    // stored list as it was.
+    CReg::BeginUpdate();
+    const long written = WriteAll();
+    const long flushed = CReg::EndUpdate();
+    // On failure the store's own position (where the file was refused) is
+    // the pending error.
+    return written && flushed ? 1 : 0;
+}
+
+long CPublicSettings::WriteAll()
+{
     if (!CReg::DeleteSetting(kSettings))
         return 0;
     if (G::URLDATA.empty() || G::URLDATA.front().baseaddress != EmptyAddress()) {
@@ -215,12 +223,9 @@ long CPublicSettings::SetURLSettings()
             if (!WriteRecord(G::URLDATA[n], static_cast<long>(n)))
                 return 0;
     }
-    if (!WriteProxy()
-        || !CReg::SaveSetting(QStringLiteral("Krypto"), QStringLiteral("ver"), QStringLiteral("1"))) {
-        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(), position);
+    if (!WriteProxy())
         return 0;
-    }
-    return 1;
+    return CReg::SaveSetting(QStringLiteral("Krypto"), QStringLiteral("ver"), QStringLiteral("1"));
 }
 
 long CPublicSettings::WriteRecord(const SiteRecord &record, long index)

@@ -27,6 +27,7 @@ public:
     static QString EmptyAddress() { return QStringLiteral("#empty#"); }
 
 private:
+    long WriteAll();
     long WriteRecord(const SiteRecord &record, long index);
     bool ReadRecord(const QString &version, long index, SiteRecord &record);
     void ReadGlobals();

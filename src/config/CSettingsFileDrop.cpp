@@ -3,9 +3,11 @@
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFile.h"
 #include "platform/CReg.h"
-#include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
+
+#include <QMimeData>
+#include <QUrl>
 
 namespace {
 using G = MGlobalProjectObjects;
@@ -16,6 +18,21 @@ bool hasContent(const SiteRecord &r)
         || !r.ftproot.isEmpty();
 }
 } // namespace
+
+bool CSettingsFileDrop::Acceptable(const QMimeData *data_p)
+{
+    return data_p && (data_p->hasUrls() || data_p->hasText());
+}
+
+long CSettingsFileDrop::ApplyMime(const QMimeData *data_p, QString &strNavigate_p)
+{
+    QStringList files;
+    if (data_p)
+        for (const QUrl &url : data_p->urls())
+            if (url.isLocalFile())
+                files.append(url.toLocalFile());
+    return Apply(!files.isEmpty(), files, strNavigate_p);
+}
 
 bool CSettingsFileDrop::IsSettingsFile(const QString &strPath_p)
 {
@@ -70,8 +87,5 @@ long CSettingsFileDrop::SaveAdvanced()
         && CReg::SaveSetting(section, QStringLiteral("TidyIndentScheme"), QString::number(G::TidyIndentScheme))
         && CReg::SaveSetting(section, QStringLiteral("CMSUserName"), G::CMSUserName)
         && CReg::SaveSetting(section, QStringLiteral("CMSUserPassword"), G::CMSUserPassword);
-    if (!ok)
-        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
-                                QStringLiteral("CSettingsFileDrop.SaveAdvanced"));
-    return ok ? 1 : 0;
+    return ok ? 1 : 0; // a refusal leaves the store's own error pending
 }

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QMimeData;
+
 // What the main window does with a file dropped on it: a .pset file becomes
 // a new, activated site record, saved at once, and the user is asked whether
 // to go there.
@@ -19,6 +21,11 @@ public:
     // read or the store not written. A file that can't be read changes
     // nothing, in memory or in the store.
     static long Apply(bool hasFileList_p, const QStringList &files_p, QString &strNavigate_p);
+
+    // The same for what a drag-and-drop carries. A drop of anything but
+    // files is taken too, so that the user learns why nothing happened.
+    static bool Acceptable(const QMimeData *data_p);
+    static long ApplyMime(const QMimeData *data_p, QString &strNavigate_p);
 
     // True for a name the window takes: a .pset file, in any letter case.
     static bool IsSettingsFile(const QString &strPath_p);

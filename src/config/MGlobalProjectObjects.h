@@ -7,8 +7,9 @@
 
 // One site: an HTTP address bound to an FTP account, and how pages map from
 // one to the other. Fields in the order of the stored record. A fresh record
-// is all empty and False, like the one the store gives before any save; the
-// settings dialog fills in its own starting values ("http://", "0").
+// is not active, uses passive FTP and lets the system decide the transfer
+// mode: the safest start for a record that no file or dialog has filled in
+// yet (fields a .pset file doesn't carry keep these values).
 struct SiteRecord
 {
     QString userid;       // FTP user name
@@ -17,13 +18,13 @@ struct SiteRecord
     QString baseaddress;  // HTTP address with its http://; display name and sort key
     QString indexfile;    // index file of the site
     QString ftproot;      // from the FTP login folder to the web root; "" or "/" when the same
-    QString isactive;     // "1" activated, anything else not
-    QString useremotef;   // "1" when remotefolder is in force
-    QString usesubindex;  // "1" when the index file is searched for
+    QString isactive = QStringLiteral("0");   // "1" activated
+    QString useremotef = QStringLiteral("0"); // "1" when remotefolder is in force
+    QString usesubindex = QStringLiteral("0");// "1" when the index file is searched for
     QString remotefolder; // folder under which the site lies on the FTP server
     QStringList subindex = {QString()}; // further index file names; never empty
-    bool passivemode = false;
-    QString automode;       // "1": the system decides the transfer mode
+    bool passivemode = true;
+    QString automode = QStringLiteral("1"); // "1": the system decides the transfer mode
     bool ischanged = false; // in memory only
     bool isremoved = false; // in memory only
     bool isnew = false;     // from creation in the settings dialog until the address is edited

@@ -33,6 +33,8 @@ struct Model
     QDateTime stamp;
     qint64 size = -1;
     std::vector<Key> keys;
+    int held = 0;       // BeginUpdate depth: writes wait while above 0
+    bool dirty = false; // a held change not yet in the file
 };
 
 Model &model()
@@ -113,18 +115,21 @@ bool parseValue(const QString &text, QVariant &data)
     if (text.startsWith(QLatin1String("dword:"))) {
         bool ok = false;
         data = text.mid(6).toLongLong(&ok);
-        return ok;
+        if (ok)
+            return true;
     }
-    return false;
+    // A plain "name=value" line, as a hand-written or older INI file has
+    // it, is a string taken as it stands.
+    data = text.trimmed();
+    return true;
 }
 
 void parse(const QString &content, std::vector<Key> &keys)
 {
     Key *current = nullptr;
     for (const QString &line : content.split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1Char('['))) {
-            qsizetype pos = 1;
-            keys.push_back({unescape(line, pos, QLatin1Char(']')), {}});
+        if (line.startsWith(QLatin1Char('[')) && line.endsWith(QLatin1Char(']'))) {
+            keys.push_back({line.mid(1, line.size() - 2), {}});
             current = &keys.back();
             continue;
         }
@@ -145,7 +150,7 @@ Model &loaded()
     const QFileInfo info(file);
     const QDateTime stamp = info.exists() ? info.lastModified() : QDateTime();
     const qint64 size = info.exists() ? info.size() : -1;
-    if (m.file == file && m.stamp == stamp && m.size == size)
+    if (m.file == file && (m.dirty || (m.stamp == stamp && m.size == size)))
         return m;
     m.file = file;
     m.stamp = stamp;
@@ -159,9 +164,14 @@ Model &loaded()
 
 bool save(Model &m)
 {
+    if (m.held > 0) {
+        m.dirty = true;
+        return true;
+    }
+    m.dirty = false;
     QString text = QStringLiteral("; keldacms settings store\n");
     for (const Key &key : m.keys) {
-        text += QLatin1Char('[') + escape(key.path, true) + QStringLiteral("]\n");
+        text += QLatin1Char('[') + key.path + QStringLiteral("]\n");
         for (const Value &v : key.values)
             text += escape(v.name, true) + QLatin1Char('=') + formatValue(v.data) + QLatin1Char('\n');
         text += QLatin1Char('\n');
@@ -202,6 +212,19 @@ long failed(const QString &what, const QString &position)
 }
 
 } // namespace
+
+void CReg::BeginUpdate()
+{
+    ++loaded().held;
+}
+
+long CReg::EndUpdate()
+{
+    Model &m = model();
+    if (m.held > 0 && --m.held == 0 && m.dirty && !save(m))
+        return failed(m.file, QStringLiteral("CReg.EndUpdate"));
+    return 1;
+}
 
 QString CReg::AppKey()
 {

@@ -14,10 +14,15 @@
 //   hex:0a,ff,00  binary, the bytes as two hex digits each, comma separated
 //                 ("hex:" alone is an empty byte array);
 //   dword:42      a number, in decimal.
-// In names, section paths and strings a backslash escapes: \\ \" \= \] \n \r
-// \t \0 and \xHH for any other control character. Names and paths are
-// case-sensitive. Unknown lines are kept out of the model and dropped at the
-// next write, so the store always rewrites itself in its own form.
+// Section paths stand as they are. In value names and strings a backslash
+// escapes: \\ \" \= \] \n \r \t \0 and \xHH for any other control
+// character. Names and paths are case-sensitive. A value in none of these forms ("name=some text", as a
+// hand-written INI file has it) reads as that string, so a file written by
+// hand or by a plain INI writer is understood. Lines without "=" or outside
+// any section are dropped at the next write: the store rewrites itself whole.
+//
+// The key "Browser" at the top of the file (beside the application key) is
+// the embedded browser's own: its HomePage is where the window starts.
 class CReg
 {
 public:
@@ -28,6 +33,12 @@ public:
     static QString AppKey();
     // The file that holds the store.
     static QString StorePath();
+
+    // Between these two, changes stay in memory and go to the file at once
+    // at the end: a save of many values rewrites the file one time. Calls
+    // nest. EndUpdate returns 1, or 0 with the pending error set.
+    static void BeginUpdate();
+    static long EndUpdate();
 
     long hkey = HKEY_CURRENT_USER; // only the user's own hive exists here
     QString KeyRoot;

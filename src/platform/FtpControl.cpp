@@ -36,6 +36,7 @@ struct FtpControl::Call
     QByteArray replyBuffer;
     char detail[CURL_ERROR_SIZE] = {0};
     long osErrno = 0;
+    QDateTime now = QDateTime::currentDateTime(); // dates the entries of a listing
     curl_slist *quote = nullptr;  // raw commands sent before the call's own
 
     ~Call() { curl_slist_free_all(quote); }
@@ -85,25 +86,38 @@ struct FtpCallbacks
         return out;
     }
 
+    // Entries go to the caller in one event per chunk received: a folder of
+    // thousands of files must not cost thousands of cross-thread events.
     static void listLines(FtpControl::Call &call, const char *data, size_t size, bool last)
     {
         call.pending.append(data, qsizetype(size));
+        QList<FtpListEntry> entries;
         qsizetype start = 0;
         for (;;) {
             qsizetype end = call.pending.indexOf('\n', start);
             if (end < 0)
                 break;
-            listLine(call, call.pending.mid(start, end - start));
+            listLine(call, call.pending.mid(start, end - start), entries);
             start = end + 1;
         }
         call.pending.remove(0, start);
         if (last && !call.pending.isEmpty()) {
-            listLine(call, call.pending);
+            listLine(call, call.pending, entries);
             call.pending.clear();
         }
+        if (entries.isEmpty())
+            return;
+        FtpControl *self = call.self;
+        self->post([self, entries] {
+            for (const FtpListEntry &entry : entries) {
+                self->m_fileSize = entry.size;
+                self->m_fileTime = entry.time;
+                emit self->DirList(entry.entry, entry.fileName, entry.isDir, entry.size, entry.time);
+            }
+        });
     }
 
-    static void listLine(FtpControl::Call &call, QByteArray line)
+    static void listLine(FtpControl::Call &call, QByteArray line, QList<FtpListEntry> &entries)
     {
         if (line.endsWith('\r'))
             line.chop(1);
@@ -112,18 +126,13 @@ struct FtpCallbacks
         FtpListEntry entry;
         const QString text = QString::fromUtf8(line);
         if (call.longListing) {
-            if (!FtpListParser::parseLine(text, entry))
+            if (!FtpListParser::parseLine(text, entry, call.now))
                 return;
         } else {
             entry.entry = text;
             entry.fileName = text;
         }
-        FtpControl *self = call.self;
-        self->post([self, entry] {
-            self->m_fileSize = entry.size;
-            self->m_fileTime = entry.time;
-            emit self->DirList(entry.entry, entry.fileName, entry.isDir, entry.size, entry.time);
-        });
+        entries.append(entry);
     }
 
     static size_t write(char *data, size_t, size_t size, void *user)
@@ -238,15 +247,43 @@ FtpControl::FtpControl(QObject *parent)
 
 FtpControl::~FtpControl()
 {
-    // Closing the handle says QUIT to the server; no events go out any more.
+    // Closing the connection says QUIT to the server.
+    curl_multi_cleanup(static_cast<CURLM *>(m_multi));
     curl_easy_cleanup(m_curl);
 }
 
 void FtpControl::resetHandle()
 {
+    if (m_multi)
+        curl_multi_cleanup(static_cast<CURLM *>(m_multi));
     if (m_curl)
         curl_easy_cleanup(m_curl);
+    m_multi = curl_multi_init();
     m_curl = curl_easy_init();
+}
+
+// Drives the call through the object's own multi handle, which keeps the
+// control connection open after the call. The wait is capped, so a socket
+// libcurl does not report (a data connection still being set up) costs a
+// few milliseconds, never a long stall.
+int FtpControl::run()
+{
+    auto *multi = static_cast<CURLM *>(m_multi);
+    curl_multi_add_handle(multi, m_curl);
+    int running = 1;
+    while (running) {
+        if (curl_multi_perform(multi, &running) != CURLM_OK)
+            break;
+        if (running)
+            curl_multi_poll(multi, nullptr, 0, 1, nullptr);
+    }
+    CURLcode code = CURLE_FAILED_INIT;
+    int left = 0;
+    while (CURLMsg *message = curl_multi_info_read(multi, &left))
+        if (message->msg == CURLMSG_DONE && message->easy_handle == m_curl)
+            code = message->data.result;
+    curl_multi_remove_handle(multi, m_curl);
+    return code;
 }
 
 void FtpControl::post(std::function<void()> event)
@@ -344,7 +381,7 @@ long FtpControl::perform(Call &call, const QString &url,
     setCommonOptions(call, url);
     configure(m_curl);
     CURLcode code = CURLE_OK;
-    BlockingCall::run([this, &code] { code = curl_easy_perform(m_curl); });
+    BlockingCall::run([this, &code] { code = CURLcode(run()); });
     // Nothing of this call may be reached from the handle once it is over.
     long osErrno = 0;
     curl_easy_getinfo(m_curl, CURLINFO_OS_ERRNO, &osErrno);

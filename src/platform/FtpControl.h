@@ -96,8 +96,10 @@ private:
     QString folderPath(const QString &folder) const;
     void post(std::function<void()> event);
     void resetHandle();
+    int run();
 
     CURL *m_curl = nullptr;
+    void *m_multi = nullptr; // holds the open connection between calls
     bool m_connected = false;
     bool m_busy = false;
     std::atomic<bool> m_abort{false};

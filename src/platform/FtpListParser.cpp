@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+
 bool FtpListParser::parseLine(const QString &rawLine, FtpListEntry &out, const QDateTime &now)
 {
     QString line = rawLine;
@@ -14,26 +15,59 @@ bool FtpListParser::parseLine(const QString &rawLine, FtpListEntry &out, const Q
     return parseUnix(line, out, now) || parseDos(line, out);
 }
 
+// Splits the line by hand rather than with a pattern: a folder of ten
+// thousand files is read line by line, and this is the costly part of it.
+// Fields: type+mode, links, owner, group (missing on some servers), size,
+// month, day, year-or-time, then the name with its inner spaces kept.
 bool FtpListParser::parseUnix(const QString &line, FtpListEntry &out, const QDateTime &now)
 {
-    // type+mode, links, owner, group, size, month, day, year-or-time, name.
-    // The group is missing on some servers, hence the optional field; the
-    // name keeps its inner and trailing spaces, only one separator goes.
-    static const QRegularExpression unix(QStringLiteral(
-        "^([-dlbcps])[-rwxsStTl+.@]{9}\\S*\\s+\\d+\\s+\\S+\\s+(?:\\S+\\s+)?(\\d+)\\s+"
-        "([A-Za-z]{3})\\s+(\\d{1,2})\\s+(\\d{1,2}:\\d{2}|\\d{4})\\s(.+)$"));
-    const QRegularExpressionMatch m = unix.match(line);
-    if (!m.hasMatch())
+    static const QString types = QStringLiteral("-dlbcps");
+    if (line.size() < 10 || !types.contains(line.at(0)))
         return false;
-    QString name = m.captured(6);
-    // Some servers pad the year column with a second space.
-    if (name.startsWith(QLatin1Char(' ')) && m.captured(5).size() == 4)
-        name.remove(0, 1);
-    out.fileName = name;
-    out.isDir = m.captured(1) == QLatin1String("d");
-    out.size = m.captured(2).toLongLong();
-    out.time = unixTime(m.captured(3), m.captured(4), m.captured(5), now);
-    return true;
+    QList<QStringView> fields;
+    QList<qsizetype> ends;
+    const QStringView view(line);
+    qsizetype i = 0;
+    while (fields.size() < 9 && i < view.size()) {
+        while (i < view.size() && view.at(i) == QLatin1Char(' '))
+            ++i;
+        const qsizetype begin = i;
+        while (i < view.size() && view.at(i) != QLatin1Char(' '))
+            ++i;
+        if (i > begin) {
+            fields.append(view.mid(begin, i - begin));
+            ends.append(i);
+        }
+    }
+    // With a group the date starts at field 5, without one at field 4.
+    for (qsizetype month = 5; month >= 4; --month) {
+        if (fields.size() < month + 3 || !isMonth(fields.at(month)))
+            continue;
+        bool sizeOk = false;
+        const qint64 size = fields.at(month - 1).toLongLong(&sizeOk);
+        const QStringView stamp = fields.at(month + 2);
+        if (!sizeOk || !fields.at(month + 1).toInt() || (stamp.size() != 4 && !stamp.contains(QLatin1Char(':'))))
+            continue;
+        const qsizetype nameStart = ends.at(month + 2) + 1;
+        if (nameStart >= line.size())
+            return false;
+        out.fileName = line.mid(nameStart);
+        // Some servers pad the year column with a second space.
+        if (stamp.size() == 4 && out.fileName.startsWith(QLatin1Char(' ')))
+            out.fileName.remove(0, 1);
+        out.isDir = line.at(0) == QLatin1Char('d');
+        out.size = size;
+        out.time = unixTime(fields.at(month).toString(), fields.at(month + 1).toString(),
+                            stamp.toString(), now);
+        return true;
+    }
+    return false;
+}
+
+bool FtpListParser::isMonth(QStringView field)
+{
+    static const QString months = QStringLiteral("janfebmaraprmayjunjulaugsepoctnovdec");
+    return field.size() == 3 && months.indexOf(field.toString().toLower()) % 3 == 0;
 }
 
 bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
@@ -54,7 +88,7 @@ bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
     if (half == QLatin1String("AM") && hour == 12)
         hour = 0;
     out.time = QDateTime(QDate(year, m.captured(1).toInt(), m.captured(2).toInt()),
-                         QTime(hour, m.captured(5).toInt()));
+                         QTime(hour, m.captured(5).toInt()), Qt::UTC);
     out.isDir = m.captured(7) == QLatin1String("<DIR>");
     out.size = out.isDir ? 0 : m.captured(7).toLongLong();
     out.fileName = m.captured(8);
@@ -64,20 +98,21 @@ bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
 QDateTime FtpListParser::unixTime(const QString &month, const QString &day,
                                   const QString &yearOrTime, const QDateTime &now)
 {
-    static const QStringList months = {
-        QStringLiteral("jan"), QStringLiteral("feb"), QStringLiteral("mar"), QStringLiteral("apr"),
-        QStringLiteral("may"), QStringLiteral("jun"), QStringLiteral("jul"), QStringLiteral("aug"),
-        QStringLiteral("sep"), QStringLiteral("oct"), QStringLiteral("nov"), QStringLiteral("dec")};
-    const int monthNumber = int(months.indexOf(month.toLower())) + 1;
-    if (monthNumber == 0)
+    static const QString months = QStringLiteral("janfebmaraprmayjunjulaugsepoctnovdec");
+    const qsizetype index = months.indexOf(month.toLower());
+    if (index < 0 || index % 3 != 0)
         return QDateTime();
+    const int monthNumber = int(index / 3) + 1;
+    // Listing times are the server's wall clock: kept as times without a
+    // zone, which also spares a zone lookup per entry of a large folder.
     if (!yearOrTime.contains(QLatin1Char(':')))
-        return QDateTime(QDate(yearOrTime.toInt(), monthNumber, day.toInt()), QTime(0, 0));
+        return QDateTime(QDate(yearOrTime.toInt(), monthNumber, day.toInt()), QTime(0, 0), Qt::UTC);
     // A time of day means "within the last six months": the current year,
     // unless that would put the entry in the future.
-    const QTime time = QTime::fromString(yearOrTime, QStringLiteral("H:mm"));
-    QDateTime stamp(QDate(now.date().year(), monthNumber, day.toInt()), time);
-    if (stamp > now.addDays(1))
-        stamp = stamp.addYears(-1);
-    return stamp;
+    const int colon = int(yearOrTime.indexOf(QLatin1Char(':')));
+    const QTime time(yearOrTime.left(colon).toInt(), yearOrTime.mid(colon + 1).toInt());
+    QDate date(now.date().year(), monthNumber, day.toInt());
+    if (date > now.date().addDays(1))
+        date = date.addYears(-1);
+    return QDateTime(date, time, Qt::UTC);
 }

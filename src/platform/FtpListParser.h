@@ -27,6 +27,7 @@ public:
 
 private:
     static bool parseUnix(const QString &line, FtpListEntry &out, const QDateTime &now);
+    static bool isMonth(QStringView field);
     static bool parseDos(const QString &line, FtpListEntry &out);
     static QDateTime unixTime(const QString &month, const QString &day, const QString &yearOrTime,
                               const QDateTime &now);

@@ -3,11 +3,16 @@
 #include "platform/LocalFolders.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
+#include "config/CPublicSettings.h"
+#include "config/CSettingsFileDrop.h"
+#include "platform/CReg.h"
+#include "support/MError.h"
+#include "support/UserQuestions.h"
 
+#include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
@@ -29,6 +34,10 @@ frmVindrell::frmVindrell(QWidget *parent)
     column->addWidget(m_browser, 1);
     setCentralWidget(central);
     resize(1024, 768);
+    setAcceptDrops(true);
+    MGlobalProjectObjects::g_strUserName = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("username"));
+    MGlobalProjectObjects::g_strUserMail = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("usermail"));
+    CPublicSettings().GetURLSettings();
 
     connect(go, &QPushButton::clicked, this, &frmVindrell::navigateToAddressRow);
     connect(m_address, &QLineEdit::returnPressed, this, &frmVindrell::navigateToAddressRow);
@@ -39,12 +48,35 @@ frmVindrell::frmVindrell(QWidget *parent)
 
 QString frmVindrell::homePage()
 {
-    QSettings store(LocalFolders::configFolder() + QStringLiteral("/keldacms.ini"),
-                    QSettings::IniFormat);
-    return store.value(QStringLiteral("Browser/HomePage"), QStringLiteral("about:blank")).toString();
+    CReg browserKey;
+    browserKey.Subkey = QStringLiteral("Browser");
+    return browserKey.GetRegistryValue(QStringLiteral("HomePage"), QStringLiteral("about:blank")).toString();
 }
 
 void frmVindrell::navigateToAddressRow()
 {
     m_browser->load(QUrl::fromUserInput(m_address->text()));
+}
+
+void frmVindrell::navigateTo(const QString &address)
+{
+    m_browser->load(QUrl::fromUserInput(address));
+}
+
+void frmVindrell::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (CSettingsFileDrop::Acceptable(event->mimeData()))
+        event->acceptProposedAction();
+}
+
+void frmVindrell::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    QString address;
+    if (!CSettingsFileDrop::ApplyMime(event->mimeData(), address)) {
+        UserQuestions::MsgBox(MError::ErrorDescription(), UserQuestions::vbCritical, windowTitle());
+        MError::ClearError();
+    } else if (!address.isEmpty()) {
+        navigateTo(address);
+    }
 }

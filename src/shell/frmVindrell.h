@@ -6,7 +6,7 @@ class QLineEdit;
 class QWebEngineView;
 
 // The main window: an address row above the embedded browser. It opens on
-// the home page kept in the settings store ([Browser] HomePage).
+// the home page kept in the settings store (key Browser, value HomePage).
 class frmVindrell : public QMainWindow
 {
     Q_OBJECT
@@ -18,6 +18,14 @@ public:
 
     // The home page from the settings store, or about:blank when none is set.
     static QString homePage();
+
+    // Shows the given address in the browser.
+    void navigateTo(const QString &address);
+
+protected:
+    // A .pset file dropped on the window becomes a new site.
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void navigateToAddressRow();

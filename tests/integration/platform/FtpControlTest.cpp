@@ -353,3 +353,28 @@ TEST(FtpControlOtherServer, ListingInItsDialect)
     EXPECT_EQ(ftp.SetRemotePath(QStringLiteral("folder")), 1);
     EXPECT_EQ(ftp.RemotePath(), QStringLiteral("/folder"));
 }
+
+TEST_F(FtpControlTest, ActiveModeCarriesListingsAndFiles)
+{
+    servers().clearFtpLog();
+    ftp.Passive = false;
+    logon();
+    ASSERT_EQ(ftp.SetRemotePath(QStringLiteral("www")), 1);
+    EXPECT_TRUE(find(listLong(), QStringLiteral("index.htm")));
+    QByteArray page;
+    QObject::connect(&ftp, &FtpControl::Transfer, &ftp,
+                     [&page](qint64, const QByteArray &text) { page += text; });
+    ftp.RemoteFile = QStringLiteral("index.htm");
+    ASSERT_EQ(ftp.Download(), 1) << ftp.ErrorDescription().toStdString();
+    EXPECT_EQ(page, servers().readWebFile(QStringLiteral("index.htm")));
+    EXPECT_GE(servers().ftpCommands(QStringLiteral("PORT")) + servers().ftpCommands(QStringLiteral("EPRT")), 2);
+}
+
+TEST_F(FtpControlTest, TimeoutEndsACallToAServerThatDoesNotAnswer)
+{
+    logon();
+    ftp.Timeout = 1;
+    servers().setFtpFaults({{QStringLiteral("delay_ms"), 3000}});
+    EXPECT_EQ(ftp.SetRemotePath(QStringLiteral("www")), 0);
+    EXPECT_EQ(ftp.ErrorNumber(), 25061);
+}

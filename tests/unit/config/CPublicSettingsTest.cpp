@@ -1,7 +1,9 @@
 #include "config/CCrypt.h"
 #include "config/CPublicSettings.h"
 #include "platform/CReg.h"
+#include "support/MError.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <gtest/gtest.h>
@@ -198,4 +200,22 @@ TEST_F(CPublicSettingsTest, AdvancedAndSpellValuesAreRead)
     EXPECT_EQ(G::CMSUserName, QStringLiteral("editor"));
     EXPECT_TRUE(G::useSpellCheck);
     EXPECT_FALSE(G::g_strTempFolder.isEmpty());
+}
+
+TEST_F(CPublicSettingsTest, UnwritableStoreFailsWithThePendingErrorAndKeepsMemory)
+{
+    // A folder where the file should be: nothing can be written there.
+    ASSERT_TRUE(QDir().mkpath(CReg::StorePath()));
+    G::URLDATA = {site(QStringLiteral("http://a"), QStringLiteral("a"))};
+    MError::ClearError();
+    EXPECT_EQ(CPublicSettings().SetURLSettings(), 0);
+    EXPECT_NE(MError::ErrorNumber(), 0);
+    EXPECT_EQ(MError::ErrorSource(), QStringLiteral("CReg.EndUpdate"));
+    EXPECT_EQ(G::URLDATA.size(), 1u);
+    MError::ClearError();
+    ASSERT_TRUE(QDir(CReg::StorePath()).removeRecursively());
+    // The next save succeeds and stores the list.
+    EXPECT_EQ(CPublicSettings().SetURLSettings(), 1);
+    ASSERT_EQ(CPublicSettings().GetURLSettings(), 1);
+    EXPECT_EQ(G::URLDATA[0].userid, QStringLiteral("a"));
 }

@@ -52,12 +52,19 @@ TEST_F(CRegTest, StoreIsReadFromTheFileWrittenByAnotherHand)
 {
     QFile file(CReg::StorePath());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[Software\\\\VB and VBA Program Settings\\\\Vindrell\\\\Browser]\n"
+    file.write("[Software\\VB and VBA Program Settings\\Vindrell\\Browser]\n"
                "HomePage=\"http://127.0.0.1:8080/\"\n"
-               "junk line\n");
+               "junk line\n"
+               "[Browser]\n"
+               "HomePage=http://plain.example.com/\n");
     file.close();
     EXPECT_EQ(CReg::GetSetting(QStringLiteral("Browser"), QStringLiteral("HomePage")),
               QStringLiteral("http://127.0.0.1:8080/"));
+    CReg browser;
+    browser.Subkey = QStringLiteral("Browser");
+    EXPECT_EQ(browser.GetRegistryValue(QStringLiteral("HomePage"), QVariant()).toString(),
+              QStringLiteral("http://plain.example.com/"));
+    EXPECT_FALSE(browser.GetRegistryValue(QStringLiteral("junk line"), QVariant()).isValid());
 }
 
 TEST_F(CRegTest, SectionsAreCaseSensitiveAndDeleteTakesSubkeys)

@@ -25,13 +25,13 @@ TEST(FtpListParser, UnixFilesFoldersAndLinks)
     EXPECT_EQ(file.fileName, QStringLiteral("my page.htm"));
     EXPECT_FALSE(file.isDir);
     EXPECT_EQ(file.size, 1234);
-    EXPECT_EQ(file.time, QDateTime(QDate(2026, 3, 1), QTime(9, 5)));
+    EXPECT_EQ(file.time, QDateTime(QDate(2026, 3, 1), QTime(9, 5), Qt::UTC));
     EXPECT_EQ(file.entry, QStringLiteral("-rw-r--r--   1 owner    group        1234 Mar 01 09:05 my page.htm"));
 
     const FtpListEntry folder = parsed(QStringLiteral("drwxr-xr-x 2 0 0 4096 Nov 22  2024 images"));
     EXPECT_TRUE(folder.isDir);
     EXPECT_EQ(folder.fileName, QStringLiteral("images"));
-    EXPECT_EQ(folder.time, QDateTime(QDate(2024, 11, 22), QTime(0, 0)));
+    EXPECT_EQ(folder.time, QDateTime(QDate(2024, 11, 22), QTime(0, 0), Qt::UTC));
 
     const FtpListEntry link =
         parsed(QStringLiteral("lrwxrwxrwx   1 ftp ftp 7 Jan 05 10:00 current -> archive"));
@@ -58,15 +58,15 @@ TEST(FtpListParser, DosFilesAndFolders)
     const FtpListEntry file = parsed(QStringLiteral("11-22-26  12:15AM            20480 Old Page.HTM"));
     EXPECT_EQ(file.fileName, QStringLiteral("Old Page.HTM"));
     EXPECT_EQ(file.size, 20480);
-    EXPECT_EQ(file.time, QDateTime(QDate(2026, 11, 22), QTime(0, 15)));
+    EXPECT_EQ(file.time, QDateTime(QDate(2026, 11, 22), QTime(0, 15), Qt::UTC));
 
     const FtpListEntry folder = parsed(QStringLiteral("01-02-98  12:30PM       <DIR>          www"));
     EXPECT_TRUE(folder.isDir);
     EXPECT_EQ(folder.fileName, QStringLiteral("www"));
-    EXPECT_EQ(folder.time, QDateTime(QDate(1998, 1, 2), QTime(12, 30)));
+    EXPECT_EQ(folder.time, QDateTime(QDate(1998, 1, 2), QTime(12, 30), Qt::UTC));
 
     EXPECT_EQ(parsed(QStringLiteral("03-04-2001  17:45  <DIR>  x")).time,
-              QDateTime(QDate(2001, 3, 4), QTime(17, 45)));
+              QDateTime(QDate(2001, 3, 4), QTime(17, 45), Qt::UTC));
 }
 
 TEST(FtpListParser, LinesThatAreNoEntries)
