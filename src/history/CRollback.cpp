@@ -201,8 +201,7 @@ long CRollback::Backup(const QString &strURL_p, const SiteRecord &site)
     if (made != 1)
         return made;
     files.add(LocalIndexPath());
-    long status = 0;
-    if (FetchIndex(site, status) != 1)
+    if (FetchIndex(site) != 1)
         return 0;
     return TakeRevision(strURL_p, localPage, site);
 }
@@ -238,9 +237,9 @@ long CRollback::TakeRevision(const QString &strPagePath_p, const QString &strLoc
     return ftp.SendFile(LocalIndexPath(), HistoryFolder(site)) == 1 ? 1 : 0;
 }
 
-// The server's index into the local copy, which is empty when the server
-// has none. lStatus_p is SaveFile's answer.
-long CRollback::FetchIndex(const SiteRecord &site, long &lStatus_p)
+// The server's index into the local copy, which is missing when the server
+// has none.
+long CRollback::FetchIndex(const SiteRecord &site)
 {
     const QString local = LocalIndexPath();
     QFile empty(local);
@@ -250,10 +249,10 @@ long CRollback::FetchIndex(const SiteRecord &site, long &lStatus_p)
     }
     empty.close();
     CFTPS ftp;
-    lStatus_p = ftp.SaveFile(joined(HistoryFolder(site), kIndexName), local);
-    if (lStatus_p == -1)
+    const long status = ftp.SaveFile(joined(HistoryFolder(site), kIndexName), local);
+    if (status == -1)
         QFile::remove(local);
-    return lStatus_p == 0 ? 0 : 1;
+    return status == 0 ? 0 : 1;
 }
 
 long CRollback::GetHistorySize(long &lSize_p)
@@ -310,8 +309,7 @@ long CRollback::GetFirstBackup(const QString &strFilePath_p, const QString &strU
         return NoSite(position);
     LocalFiles files;
     files.add(LocalIndexPath());
-    long status = 0;
-    if (FetchIndex(site, status) != 1) {
+    if (FetchIndex(site) != 1) {
         if (refusedText(MError::ErrorDescription())) {
             MError::ClearError();
             MError::SetError(kWriteRefused, L(txtIndexMissingStart) + kQuotedFolder + L(txtIndexMissingEnd), position);

@@ -69,7 +69,7 @@ public:
 private:
     long Backup(const QString &strURL_p, const SiteRecord &site);
     long TakeRevision(const QString &strPagePath_p, const QString &strLocalPage_p, const SiteRecord &site);
-    long FetchIndex(const SiteRecord &site, long &lStatus_p);
+    long FetchIndex(const SiteRecord &site);
     long FetchRevision(long nRevision_p, const QString &strLocalFile_p, const SiteRecord &site);
     QString FreshId() const;
     static QString LocalIndexPath();
