@@ -180,3 +180,9 @@ long HtmlDocument::removeAttributesEverywhere(const QStringList &names)
     const QVariant n = call(QStringLiteral("bulk.removeAttrs"), {names}, QStringLiteral("HtmlDocument.removeAttributesEverywhere"));
     return n.isValid() ? n.toLongLong() : -1;
 }
+
+long HtmlDocument::keyAndStrip(const QString &tag, const QString &keyName, const QStringList &names)
+{
+    const QVariant n = call(QStringLiteral("bulk.keyAndStrip"), {tag, keyName, names}, QStringLiteral("HtmlDocument.keyAndStrip"));
+    return n.isValid() ? n.toLongLong() : -1;
+}

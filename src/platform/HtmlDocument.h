@@ -84,6 +84,10 @@ public:
     // attributes touched, or -1 on failure.
     long setAttributeOnTags(const QString &tag, const QString &name, const QString &value);
     long removeAttributesEverywhere(const QStringList &names);
+    // Strips the named attributes from every element and numbers each
+    // element of the tag with keyName = 0, 1, ... in document order; gives
+    // the count numbered.
+    long keyAndStrip(const QString &tag, const QString &keyName, const QStringList &names);
 
 private:
     friend class HtmlSelection;

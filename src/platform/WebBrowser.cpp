@@ -74,6 +74,9 @@ WebBrowser::WebBrowser(QWidget *parent)
 WebBrowser::~WebBrowser()
 {
     // The page must go before the interceptor and the channel it refers to.
+    // Taking it away announces an empty address, which nobody may hear now:
+    // the widgets around the browser are being destroyed.
+    blockSignals(true);
     setPage(nullptr);
     delete m_page;
 }

@@ -1,13 +1,11 @@
 #include "shell/frmVindrell.h"
 
-#include "platform/LocalFolders.h"
+#include "platform/WebBrowser.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
 #include <QVBoxLayout>
-#include <QWebEngineView>
 
 frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
@@ -21,26 +19,24 @@ frmVindrell::frmVindrell(QWidget *parent)
     addressRow->addWidget(m_address, 1);
     addressRow->addWidget(go);
     column->addLayout(addressRow);
-    m_browser = new QWebEngineView(central);
+    m_browser = new WebBrowser(central);
     column->addWidget(m_browser, 1);
     setCentralWidget(central);
     resize(1024, 768);
 
     connect(go, &QPushButton::clicked, this, &frmVindrell::navigateToAddressRow);
     connect(m_address, &QLineEdit::returnPressed, this, &frmVindrell::navigateToAddressRow);
-    connect(m_browser, &QWebEngineView::urlChanged, this,
+    connect(m_browser, &WebBrowser::urlChanged, this,
             [this](const QUrl &url) { m_address->setText(url.toString()); });
-    m_browser->load(QUrl(homePage()));
+    m_browser->GoHome();
 }
 
 QString frmVindrell::homePage()
 {
-    QSettings store(LocalFolders::configFolder() + QStringLiteral("/keldacms.ini"),
-                    QSettings::IniFormat);
-    return store.value(QStringLiteral("Browser/HomePage"), QStringLiteral("about:blank")).toString();
+    return WebBrowser::homePage();
 }
 
 void frmVindrell::navigateToAddressRow()
 {
-    m_browser->load(QUrl::fromUserInput(m_address->text()));
+    m_browser->Navigate2(m_address->text());
 }

@@ -200,6 +200,18 @@
       for (let i = 0; i < list.length; i++) list[i].setAttribute(name, typeof value === 'function' ? value(i) : value);
       return list.length;
     },
+    // Numbers every element of one tag with a key from 0 and strips the
+    // named attributes from every element, in one pass over the document.
+    keyAndStrip(path, tag, keyName, names) {
+      const list = docAt(path).getElementsByTagName('*'), upper = tag.toUpperCase();
+      let key = 0;
+      for (let i = 0; i < list.length; i++) {
+        const e = list[i];
+        for (const name of names) e.removeAttribute(name);
+        if (e.tagName === upper) e.setAttribute(keyName, String(key++));
+      }
+      return key;
+    },
     removeAttrs(path, names) {
       const list = docAt(path).getElementsByTagName('*');
       let n = 0;

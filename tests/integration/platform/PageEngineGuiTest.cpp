@@ -86,6 +86,13 @@ protected:
         QCoreApplication::sendEvent(target, &release);
     }
 
+    static void selectBoxForTyping(HtmlDocument &doc)
+    {
+        browser->activateWindow();
+        browser->setFocus();
+        HtmlTextRange::aroundElement(doc.getElementById(QStringLiteral("box"))).select();
+    }
+
     static inline WebBrowser *browser = nullptr;
 };
 
@@ -116,6 +123,13 @@ TEST_F(PageEngine, AttributesAreReadWrittenAndRemovedWhateverTheirCase)
     EXPECT_FALSE(logo.outerHTML().contains(QStringLiteral("keldakey"), Qt::CaseInsensitive));
     EXPECT_EQ(logo.offsetWidth(), 40);
     EXPECT_EQ(logo.parentElement(), doc.body());
+
+    // The walk of entering edit mode: images numbered from 0, keys stripped elsewhere.
+    doc.body().insertAdjacentHTML(QStringLiteral("beforeEnd"), QStringLiteral("<IMG id=\"second\">"));
+    EXPECT_EQ(doc.keyAndStrip(QStringLiteral("IMG"), QStringLiteral("keldaKey"), {QStringLiteral("keldakey")}), 2);
+    EXPECT_TRUE(intro.getAttribute(QStringLiteral("keldaKey")).isNull());
+    EXPECT_EQ(doc.getElementById(QStringLiteral("second")).getAttribute(QStringLiteral("keldakey")).toString(),
+              QStringLiteral("1"));
     EXPECT_EQ(MError::ErrorNumber(), 0) << MError::ErrorDescription().toStdString();
 }
 
@@ -176,9 +190,6 @@ TEST_F(PageEngine, RangesWrapAndCutElements)
 
     // Cut the box's text after "one ": the second half goes to a copy.
     HtmlElement box = doc.getElementById(QStringLiteral("box"));
-    ASSERT_TRUE(doc.body().insertAdjacentHTML(QStringLiteral("beforeEnd"), QString()));
-    PageScriptCall::call(browser->page(), QStringLiteral("range.select"), {}, QString());
-    MError::ClearError();
     PageScriptCall::run(browser->page(),
                         QStringLiteral("(function(){var t=document.getElementById('box').firstChild;"
                                        "var r=document.createRange();r.setStart(t,4);r.collapse(true);"
@@ -195,9 +206,7 @@ TEST_F(PageEngine, TypingInDesignModeChangesTheSerialisation)
     HtmlDocument doc = open(QStringLiteral("sample.htm"), SamplePage);
     doc.setDesignMode(QStringLiteral("On"));
     EXPECT_EQ(doc.designMode(), QStringLiteral("On"));
-    browser->activateWindow();
-    browser->setFocus();
-    HtmlTextRange::aroundElement(doc.getElementById(QStringLiteral("box"))).select();
+    selectBoxForTyping(doc);
     sendKey(Qt::Key_Z, QStringLiteral("z"));
     sendKey(Qt::Key_Q, QStringLiteral("q"));
     EXPECT_TRUE(pumpUntil([&] { return doc.serialize().contains(QStringLiteral(">zq</div>")); }))
@@ -233,6 +242,31 @@ TEST_F(PageEngine, FramesOfTheSameOriginAreReachedAndOthersRefused)
 
     EXPECT_TRUE(top.frame(2).title().isEmpty());
     EXPECT_EQ(MError::ErrorDescription(), QStringLiteral("Permission denied"));
+}
+
+TEST_F(PageEngine, EachFrameCompletesAndANavigationCanBeCancelled)
+{
+    QList<QList<int>> completed;
+    auto onComplete = QObject::connect(browser, &WebBrowser::DocumentComplete,
+                                       [&](const QList<int> &path, const QString &, bool) { completed.append(path); });
+    open(QStringLiteral("frameset.htm"));
+    ASSERT_TRUE(pumpUntil([&] { return completed.contains(QList<int>{}); }));
+    EXPECT_TRUE(completed.contains(QList<int>{0}));
+    EXPECT_TRUE(completed.contains(QList<int>{1}));
+    EXPECT_EQ(completed.last(), QList<int>{});
+    QObject::disconnect(onComplete);
+
+    QStringList arrived;
+    auto onBefore = QObject::connect(browser, &WebBrowser::BeforeNavigate2,
+                                     [](const QString &url, bool, bool *cancel) { *cancel = url.endsWith(QStringLiteral("/index.htm")); });
+    auto onArrive = QObject::connect(browser, &WebBrowser::NavigateComplete2,
+                                     [&](const QString &url) { arrived.append(url); });
+    browser->Navigate2(TestServers::shared().httpBase() + QStringLiteral("/index.htm"));
+    open(QStringLiteral("frame1.htm"));
+    EXPECT_TRUE(browser->LocationURL().endsWith(QStringLiteral("/frame1.htm")));
+    EXPECT_TRUE(arrived.filter(QStringLiteral("index.htm")).isEmpty());
+    QObject::disconnect(onBefore);
+    QObject::disconnect(onArrive);
 }
 
 TEST_F(PageEngine, RightClickDeliversTheElementAndNoEngineMenu)
@@ -272,8 +306,7 @@ TEST_F(PageEngine, SwallowedKeysNeverReachThePage)
     doc.setDesignMode(QStringLiteral("On"));
     browser->setSwallowedKeys({'Z'});
     pump(100);
-    browser->setFocus();
-    HtmlTextRange::aroundElement(doc.getElementById(QStringLiteral("box"))).select();
+    selectBoxForTyping(doc);
     sendKey(Qt::Key_Z, QStringLiteral("z"));
     sendKey(Qt::Key_Q, QStringLiteral("q"));
     EXPECT_TRUE(pumpUntil([&] { return doc.serialize().contains(QStringLiteral(">q</div>")); }))
