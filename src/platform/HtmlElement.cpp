@@ -2,7 +2,6 @@
 
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
-#include "support/MError.h"
 
 HtmlElement::HtmlElement(WebBrowser *browser, int handle)
     : m_browser(browser)
@@ -12,12 +11,8 @@ HtmlElement::HtmlElement(WebBrowser *browser, int handle)
 
 QVariant HtmlElement::call(const QString &function, QVariantList args, const QString &position) const
 {
-    if (isNull()) {
-        MError::SetError(PageScriptCall::ScriptError, QStringLiteral("Object variable not set"), position);
-        return {};
-    }
-    args.prepend(m_handle);
-    return PageScriptCall::call(m_browser->page(), QStringLiteral("elm.") + function, args, position);
+    return PageScriptCall::callOnHandle(m_browser ? m_browser->page() : nullptr, m_handle,
+                                        QStringLiteral("elm.") + function, args, position);
 }
 
 QVariant HtmlElement::getAttribute(const QString &name) const

@@ -2,7 +2,6 @@
 
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
-#include "support/MError.h"
 
 HtmlTextRange::HtmlTextRange(WebBrowser *browser, int handle)
     : m_browser(browser)
@@ -21,12 +20,8 @@ HtmlTextRange HtmlTextRange::aroundElement(const HtmlElement &element)
 
 QVariant HtmlTextRange::call(const QString &function, QVariantList args, const QString &position) const
 {
-    if (isNull()) {
-        MError::SetError(PageScriptCall::ScriptError, QStringLiteral("Object variable not set"), position);
-        return {};
-    }
-    args.prepend(m_handle);
-    return PageScriptCall::call(m_browser->page(), QStringLiteral("range.") + function, args, position);
+    return PageScriptCall::callOnHandle(m_browser ? m_browser->page() : nullptr, m_handle,
+                                        QStringLiteral("range.") + function, args, position);
 }
 
 QVariantMap HtmlTextRange::info() const

@@ -2,6 +2,7 @@
 
 #include "support/MError.h"
 
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -82,4 +83,28 @@ QVariant PageScriptCall::call(QWebEnginePage *page, const QString &function,
                                           "var a=%1;return __kelda.%2.apply(null,a);})()")
                                .arg(QString::fromUtf8(json), function);
     return run(page, script, position, deadlineMs);
+}
+
+QVariant PageScriptCall::callOnHandle(QWebEnginePage *page, int handle, const QString &function,
+                                      QVariantList args, const QString &position)
+{
+    if (!page || handle == 0) {
+        MError::SetError(ScriptError, QStringLiteral("Object variable not set"), position);
+        return {};
+    }
+    args.prepend(handle);
+    return call(page, function, args, position);
+}
+
+bool PageScriptCall::pumpUntil(const std::function<bool()> &condition, int deadlineMs)
+{
+    QDeadlineTimer deadline(deadlineMs);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QEventLoop loop;
+        QTimer::singleShot(10, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    return true;
 }

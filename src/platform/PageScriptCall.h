@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 class QWebEnginePage;
 
 // Runs a script in the editor's script world of a page and waits for its
@@ -25,4 +27,13 @@ public:
     // Calls a function of the runtime (e.g. "doc.info") with JSON arguments.
     static QVariant call(QWebEnginePage *page, const QString &function, const QVariantList &args,
                          const QString &position, int deadlineMs = DefaultDeadlineMs);
+
+    // Calls a runtime function on the object behind a handle (an element or
+    // a range); a missing page or handle is "Object variable not set".
+    static QVariant callOnHandle(QWebEnginePage *page, int handle, const QString &function,
+                                 QVariantList args, const QString &position);
+
+    // Pumps events until the condition holds; false when the deadline came
+    // first.
+    static bool pumpUntil(const std::function<bool()> &condition, int deadlineMs);
 };

@@ -7,14 +7,11 @@
 #include "platform/PageEventSink.h"
 #include "platform/PageScriptCall.h"
 
-#include <QDeadlineTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
-#include <QTimer>
 #include <QWebChannel>
 #include <QWebEngineHttpRequest>
 #include <QWebEngineNewWindowRequest>
@@ -208,13 +205,5 @@ void WebBrowser::onNewWindow(QWebEngineNewWindowRequest &request)
 
 bool WebBrowser::waitUntilComplete(int deadlineMs)
 {
-    QDeadlineTimer deadline(deadlineMs);
-    while (ReadyState() != ReadyStateComplete) {
-        if (deadline.hasExpired())
-            return false;
-        QEventLoop loop;
-        QTimer::singleShot(20, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-    return true;
+    return PageScriptCall::pumpUntil([this] { return ReadyState() == ReadyStateComplete; }, deadlineMs);
 }

@@ -12,7 +12,6 @@
 #include "support/MError.h"
 
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QImage>
 #include <QKeyEvent>
@@ -26,19 +25,9 @@
 
 namespace {
 
-// Pumps events until the condition holds; the deadline only stops a broken
-// run from hanging.
 bool pumpUntil(const std::function<bool()> &done, int deadlineMs = 15000)
 {
-    QDeadlineTimer deadline(deadlineMs);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
-        QEventLoop loop;
-        QTimer::singleShot(10, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-    return true;
+    return PageScriptCall::pumpUntil(done, deadlineMs);
 }
 
 void pump(int ms)
@@ -227,6 +216,27 @@ TEST_F(PageEngine, BoldCommandActsOnTheSelection)
     EXPECT_TRUE(doc.execCommand(QStringLiteral("Bold")));
     EXPECT_TRUE(doc.queryCommandState(QStringLiteral("Bold")));
     EXPECT_EQ(doc.getElementById(QStringLiteral("box")).innerHTML(), QStringLiteral("<b>one two three</b>"));
+
+    // A picked image is a control selection.
+    PageScriptCall::run(browser->page(),
+                        QStringLiteral("(function(){var r=document.createRange();"
+                                       "r.selectNode(document.getElementById('logo'));"
+                                       "var s=getSelection();s.removeAllRanges();s.addRange(r);})()"),
+                        QString());
+    EXPECT_EQ(selection.type(), QStringLiteral("Control"));
+    EXPECT_EQ(selection.control(), doc.getElementById(QStringLiteral("logo")));
+}
+
+TEST_F(PageEngine, HiddenContentIsShownWhileEditing)
+{
+    HtmlDocument doc = open(QStringLiteral("hidden.htm"),
+                            "<HTML><BODY><DIV id=\"layer\" style=\"visibility: hidden\">x</DIV></BODY></HTML>");
+    HtmlElement layer = doc.getElementById(QStringLiteral("layer"));
+    EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("hidden"));
+    EXPECT_EQ(doc.execDesign(HtmlDocument::RespectVisibilityInDesign, true), 1);
+    EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("visible"));
+    EXPECT_EQ(doc.execDesign(HtmlDocument::RespectVisibilityInDesign, false), 1);
+    EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("hidden"));
 }
 
 TEST_F(PageEngine, FramesOfTheSameOriginAreReachedAndOthersRefused)
