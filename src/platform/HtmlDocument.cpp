@@ -127,8 +127,11 @@ long HtmlDocument::execDesign(int command, const QVariant &argument)
         done = call(QStringLiteral("look.design"), {QStringLiteral("visibility"), argument.toBool()}, position);
         break;
     case ShowZeroBorderAtDesignTime:
-        // The engine took 0 for "show" here, as a two-byte integer.
-        done = call(QStringLiteral("look.design"), {QStringLiteral("zeroBorders"), argument.toInt() == 0}, position);
+        // The editor sends a two-byte 0 here and wants the borders shown;
+        // only an explicit false switches them off again.
+        done = call(QStringLiteral("look.design"),
+                    {QStringLiteral("zeroBorders"), argument.typeId() == QMetaType::Bool ? argument.toBool() : true},
+                    position);
         break;
     case EmptyGlyphTable:
         done = call(QStringLiteral("look.glyphs"), {QVariantList()}, position);

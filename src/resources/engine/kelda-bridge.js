@@ -348,6 +348,8 @@
                       'paste', 'drop', 'dragover', 'dragend'])
     document.addEventListener(type, handle, true);
 
+  // A frame of another origin cannot reach the top frame's runtime, so its
+  // completion is not reported: the editor cannot touch its document anyway.
   window.addEventListener('load', function () {
     const t = top();
     if (t) t.post({ type: 'documentcomplete', frame: framePath(window), key: location.href });

@@ -227,10 +227,16 @@ TEST_F(PageEngine, BoldCommandActsOnTheSelection)
     EXPECT_EQ(selection.control(), doc.getElementById(QStringLiteral("logo")));
 }
 
-TEST_F(PageEngine, HiddenContentIsShownWhileEditing)
+TEST_F(PageEngine, HiddenContentAndZeroBordersAreShownWhileEditing)
 {
     HtmlDocument doc = open(QStringLiteral("hidden.htm"),
-                            "<HTML><BODY><DIV id=\"layer\" style=\"visibility: hidden\">x</DIV></BODY></HTML>");
+                            "<HTML><BODY><DIV id=\"layer\" style=\"visibility: hidden\">x</DIV>"
+                            "<TABLE id=\"grid\" border=\"0\"><TR><TD>a</TD></TR></TABLE></BODY></HTML>");
+    const QString outline = QStringLiteral("getComputedStyle(document.getElementById('grid')).outlineStyle");
+    EXPECT_EQ(PageScriptCall::run(browser->page(), outline, QString()).toString(), QStringLiteral("none"));
+    EXPECT_EQ(doc.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, QVariant::fromValue<short>(0)), 1);
+    EXPECT_EQ(PageScriptCall::run(browser->page(), outline, QString()).toString(), QStringLiteral("dashed"));
+
     HtmlElement layer = doc.getElementById(QStringLiteral("layer"));
     EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("hidden"));
     EXPECT_EQ(doc.execDesign(HtmlDocument::RespectVisibilityInDesign, true), 1);
