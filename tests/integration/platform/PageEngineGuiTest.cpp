@@ -348,6 +348,17 @@ TEST_F(PageEngine, GlyphTableShowsInTheWindow)
     EXPECT_FALSE(doc.serialize().contains(QStringLiteral("__kelda_glyphs")));
 }
 
+TEST_F(PageEngine, APageNotEditedLooksHatched)
+{
+    HtmlDocument doc = open(QStringLiteral("sample.htm"), SamplePage);
+    pump(300);
+    const QImage plain = browser->grab().toImage();
+    EXPECT_EQ(doc.setHatched(true), 1);
+    pump(300);
+    EXPECT_NE(browser->grab().toImage(), plain);
+    EXPECT_EQ(doc.designMode(), QStringLiteral("Off"));
+}
+
 TEST(GlyphTableRows, FollowTheTableOrderAndSwitches)
 {
     GlyphTable::Switches anchorsOnly{true, false, false, false, false};
