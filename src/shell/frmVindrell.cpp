@@ -1,11 +1,13 @@
 #include "shell/frmVindrell.h"
 
-#include "platform/WebBrowser.h"
+#include "platform/LocalFolders.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QVBoxLayout>
+#include <QWebEngineView>
 
 frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
@@ -26,17 +28,19 @@ frmVindrell::frmVindrell(QWidget *parent)
 
     connect(go, &QPushButton::clicked, this, &frmVindrell::navigateToAddressRow);
     connect(m_address, &QLineEdit::returnPressed, this, &frmVindrell::navigateToAddressRow);
-    connect(m_browser, &WebBrowser::urlChanged, this,
+    connect(m_browser, &QWebEngineView::urlChanged, this,
             [this](const QUrl &url) { m_address->setText(url.toString()); });
-    m_browser->GoHome();
+    m_browser->load(QUrl(homePage()));
 }
 
 QString frmVindrell::homePage()
 {
-    return WebBrowser::homePage();
+    QSettings store(LocalFolders::configFolder() + QStringLiteral("/keldacms.ini"),
+                    QSettings::IniFormat);
+    return store.value(QStringLiteral("Browser/HomePage"), QStringLiteral("about:blank")).toString();
 }
 
 void frmVindrell::navigateToAddressRow()
 {
-    m_browser->Navigate2(m_address->text());
+    m_browser->load(QUrl::fromUserInput(m_address->text()));
 }
