@@ -26,7 +26,7 @@ frmVindrell::frmVindrell(QWidget *parent)
     addressRow->addWidget(m_address, 1);
     addressRow->addWidget(go);
     column->addLayout(addressRow);
-    m_browser = new QWebEngineView(central);
+    m_browser = new WebBrowser(central);
     column->addWidget(m_browser, 1);
     setCentralWidget(central);
     resize(1024, 768);

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/WebBrowser.h"
+
 #include <QMainWindow>
 
 class QLineEdit;
-class QWebEngineView;
 
 // The main window: an address row above the embedded browser. It opens on
 // the home page kept in the settings store (key Browser, value HomePage).
@@ -14,7 +15,7 @@ class frmVindrell : public QMainWindow
 public:
     explicit frmVindrell(QWidget *parent = nullptr);
 
-    QWebEngineView *browser() const { return m_browser; }
+    WebBrowser *browser() const { return m_browser; }
 
     // The home page from the settings store, or about:blank when none is set.
     static QString homePage();
@@ -26,5 +27,5 @@ private:
     void navigateToAddressRow();
 
     QLineEdit *m_address = nullptr;
-    QWebEngineView *m_browser = nullptr;
+    WebBrowser *m_browser = nullptr;
 };
