@@ -1,9 +1,9 @@
 #include "platform/WebBrowser.h"
 
 #include "platform/BrowserPage.h"
+#include "platform/CReg.h"
 #include "platform/FreshLoadInterceptor.h"
 #include "platform/HtmlDocument.h"
-#include "platform/LocalFolders.h"
 #include "platform/PageEventSink.h"
 #include "platform/PageScriptCall.h"
 
@@ -11,7 +11,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
 #include <QWebChannel>
 #include <QWebEngineHttpRequest>
 #include <QWebEngineNewWindowRequest>
@@ -143,9 +142,9 @@ void WebBrowser::removeFromCache(const QUrl &url)
 
 QString WebBrowser::homePage()
 {
-    QSettings store(LocalFolders::configFolder() + QStringLiteral("/keldacms.ini"),
-                    QSettings::IniFormat);
-    return store.value(QStringLiteral("Browser/HomePage"), QStringLiteral("about:blank")).toString();
+    CReg browserKey;
+    browserKey.Subkey = QStringLiteral("Browser");
+    return browserKey.GetRegistryValue(QStringLiteral("HomePage"), QStringLiteral("about:blank")).toString();
 }
 
 void WebBrowser::setSwallowedKeys(const QList<int> &keyCodes)

@@ -44,9 +44,7 @@ frmVindrell::frmVindrell(QWidget *parent)
 
 QString frmVindrell::homePage()
 {
-    CReg browserKey;
-    browserKey.Subkey = QStringLiteral("Browser");
-    return browserKey.GetRegistryValue(QStringLiteral("HomePage"), QStringLiteral("about:blank")).toString();
+    return WebBrowser::homePage();
 }
 
 void frmVindrell::navigateToAddressRow()
