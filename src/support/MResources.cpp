@@ -1,6 +1,9 @@
 #include "support/MResources.h"
 
 #include "support/EnvironmentSettings.h"
+#include "support/MError.h"
+
+#include <QCoreApplication>
 
 #include <QFile>
 #include <QHash>
@@ -80,7 +83,17 @@ QString MResources::LoadResourceString(long id)
 QString MResources::LoadResourceString(long id, long language)
 {
     // A language of 0 was never chosen: English.
-    return table().value(language == 0 ? 1033 : language).value(id);
+    const auto &texts = table();
+    if (texts.isEmpty()) {
+        // The table is built into the program; its absence is a fault of the
+        // build, unlike a single missing text, which is merely empty.
+        MError::SetErrorIfClear(-1, QStringLiteral("The string table could not be read."),
+                                QStringLiteral("MResources.LoadResourceString {line : 1 recourceNum = ")
+                                    + QString::number(id) + QStringLiteral(" App.Path ")
+                                    + QCoreApplication::applicationDirPath());
+        return QString();
+    }
+    return texts.value(language == 0 ? 1033 : language).value(id);
 }
 
 long MResources::CurrentLanguage()

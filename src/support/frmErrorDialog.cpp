@@ -95,7 +95,12 @@ frmErrorDialog::frmErrorDialog(QWidget *parent)
                                                             lblSendErrorInfo, lblAddSignature, lblShowMessage})
         grid->addWidget(widget, row++, 1);
     grid->addLayout(buttons, row, 0, 1, 2);
+    grid->setColumnStretch(1, 1);
     setMinimumWidth(460);
+    QFont bold = lblExplanation->font();
+    bold.setBold(true);
+    lblExplanation->setFont(bold);
+    lblErrorMsg->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     connect(cmdOKButton, &QPushButton::clicked, this, &frmErrorDialog::cmdOKButton_Click);
     connect(cmdCancelButton, &QPushButton::clicked, this, &QDialog::reject);

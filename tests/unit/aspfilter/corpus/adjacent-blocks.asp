@@ -1,0 +1,1 @@
+<HTML><BODY><%= a %><%= b %><%= c %></BODY></HTML>

@@ -1,0 +1,6 @@
+<HTML>
+<BODY>
+Body
+</BODY>
+</HTML>
+<% Response.Write "<!-- done -->" %>

@@ -1,0 +1,3 @@
+<% Dim t : t = Now %>
+<HTML><BODY><P><%= t %></P></BODY></HTML>
+<% ' trailer %>

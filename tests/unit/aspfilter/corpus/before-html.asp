@@ -1,0 +1,9 @@
+<%
+Response.Buffer = True
+Dim x
+%>
+<HTML>
+<BODY>
+<%=x%>
+</BODY>
+</HTML>

@@ -1,0 +1,1 @@
+<%=1%><HTML><BODY></BODY></HTML>

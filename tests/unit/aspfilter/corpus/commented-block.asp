@@ -1,0 +1,1 @@
+<HTML><BODY><!-- <% old code %> --><P><%= live %></P></BODY></HTML>

@@ -1,0 +1,1 @@
+<HTML><BODY><!-- <%= gone %> --><P>static</P></BODY></HTML>

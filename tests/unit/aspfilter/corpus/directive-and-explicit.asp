@@ -1,0 +1,11 @@
+<%@ Language=VBScript %>
+<% Option Explicit %>
+<%
+Dim name
+name = "Ann"
+%>
+<HTML>
+<BODY>
+<P>Hello <%= name %></P>
+</BODY>
+</HTML>

@@ -1,0 +1,1 @@
+<%@LANGUAGE=VBScript%><%Option Explicit%><HTML><HEAD><TITLE><%="T"%></TITLE></HEAD><BODY>x</BODY></HTML>

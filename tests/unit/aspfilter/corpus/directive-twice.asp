@@ -1,0 +1,4 @@
+<%@ Language=VBScript %>
+<HTML><BODY><%= 1 %>
+<%@ Language=VBScript %>
+</BODY></HTML>

@@ -1,0 +1,2 @@
+<% Option Explicit %>
+<HTML><BODY><% %><P><%= 1 %></P></BODY></HTML>

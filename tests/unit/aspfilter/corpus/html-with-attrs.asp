@@ -1,0 +1,4 @@
+<HTML lang="sv">
+<BODY><%= "a" %></BODY>
+</HTML>
+<%= "after" %>

@@ -1,0 +1,1 @@
+<HTML><BODY><!--#include file="footer.inc"--></BODY></HTML>

@@ -1,0 +1,1 @@
+<HTML><HEAD><META name="description" content="site"><TITLE><%= title %></TITLE></HEAD><BODY></BODY></HTML>

@@ -1,0 +1,1 @@
+<HTML><BODY><P>Plain page, no script.</P></BODY></HTML>

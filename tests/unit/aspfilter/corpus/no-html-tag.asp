@@ -1,0 +1,1 @@
+<P>Fragment <%= 1 %> with <%= 2 %></P>

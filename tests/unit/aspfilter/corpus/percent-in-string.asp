@@ -1,0 +1,1 @@
+<HTML><BODY><% s = "100%" %><P><%= s & " done" %></P></BODY></HTML>

@@ -1,0 +1,2 @@
+<%@ EnableSessionState=False %>
+<HTML><BODY><% Response.Write "no session" %></BODY></HTML>

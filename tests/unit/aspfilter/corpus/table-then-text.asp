@@ -1,0 +1,1 @@
+<HTML><BODY><TABLE><TR><TD><%= v %></TD></TR></TABLE></BODY></HTML>

@@ -1,0 +1,1 @@
+<HTML><BODY><P class="<%=c%>" title="<%=t%>">text</P></BODY></HTML>

@@ -1,0 +1,1 @@
+<HTML><BODY><P><%= 1 %></P><% if x then </BODY></HTML>

@@ -1,0 +1,1 @@
+<HTML><BODY><P>Räksmörgås åäö € <%= "été" %></P></BODY></HTML>

@@ -1,0 +1,6 @@
+<html>
+<head></head>
+<body bgcolor="<%=bg%>">
+<%response.write("x")%>
+</body>
+</html>
