@@ -49,7 +49,9 @@ const QString kOldText = QStringLiteral("tempppp2.dat");
 constexpr long errProtocol = 20142;
 constexpr long errDataConnection = 20302;
 constexpr long errNoInternet = 25066;
+constexpr long errRefused = 25061;
 constexpr long errNoSuchFile = 65547;
+constexpr int kFtpPort = 21;
 
 // A rename that keeps answering "553 Error renaming file" is tried this many
 // times in all: enough to ride out a server that is still closing the file.
@@ -135,8 +137,9 @@ SiteRecord CFTPS::Record() const
 }
 
 // Keeps the control's failure for the trap of the operation.
-bool CFTPS::Capture(bool boolOk)
+bool CFTPS::Capture(long lResult)
 {
+    const bool boolOk = lResult == 1;
     if (!boolOk)
         m_failure = {Ftp().ErrorNumber(), Ftp().ErrorDescription()};
     return boolOk;
@@ -155,13 +158,13 @@ void CFTPS::FirewallSetUp()
     const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
     if (proxy.useFTP) {
         const QString &kind = proxy.serverSOCKSServerType;
-        Ftp().SetFirewallType(kind == QStringLiteral("4") ? 2 : kind == QStringLiteral("6") ? 1 : 3);
-        Ftp().SetFirewallHost(proxy.serverSOCKSname);
-        Ftp().SetFirewallPort(proxy.serverSOCKSPort.toInt());
+        Ftp().FirewallType = kind == QStringLiteral("4") ? 2 : kind == QStringLiteral("6") ? 1 : 3;
+        Ftp().FirewallHost = proxy.serverSOCKSname;
+        Ftp().FirewallPort = proxy.serverSOCKSPort.toInt();
     }
     if (proxy.usesockspassword) {
-        Ftp().SetFirewallUser(proxy.serverSOCKSUser);
-        Ftp().SetFirewallPassword(proxy.serverSOCKSPassWord);
+        Ftp().FirewallUser = proxy.serverSOCKSUser;
+        Ftp().FirewallPassword = proxy.serverSOCKSPassWord;
     }
 }
 
@@ -175,6 +178,16 @@ QString CFTPS::HostFromAddress(const QString &strAddress, bool boolAnyCase)
     if (hasScheme && host.endsWith(QLatin1Char('/')))
         host.chop(1);
     return host;
+}
+
+// "host" or "host:port" onto the control; no port means the standard one.
+void CFTPS::ApplyHost(const QString &strHost_p)
+{
+    const qsizetype colon = strHost_p.lastIndexOf(QLatin1Char(':'));
+    bool numeric = false;
+    const int port = colon > 0 ? strHost_p.mid(colon + 1).toInt(&numeric) : 0;
+    Ftp().RemoteHost = numeric ? strHost_p.left(colon) : strHost_p;
+    Ftp().RemotePort = numeric ? port : kFtpPort;
 }
 
 // Takes the live connection of another client of the same account when
@@ -195,10 +208,10 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
     const QString host = HostFromAddress(strFTPURL_p, false);
     SessionFor(FtpSession::AccountKey(host, strUsername_p, strPassword));
     FirewallSetUp();
-    Ftp().SetRemoteHost(host);
-    Ftp().SetUser(strUsername_p);
-    Ftp().SetPassword(strPassword);
-    Ftp().SetTimeout(0);
+    ApplyHost(host);
+    Ftp().User = strUsername_p;
+    Ftp().Password = strPassword;
+    Ftp().Timeout = 0;
 
     // The control reads the folder only on an open connection, so Init logs
     // on here; its failures are the ones the table below turns into words.
@@ -210,7 +223,7 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
         const QString folder = m_session->loginFolderMark.mid(1);
         m_strStartFolder = folder != QStringLiteral("/") ? folder : QString();
     }
-    Ftp().SetOverwrite(true);
+    Ftp().Overwrite = true;
     m_strHTTPURL = strHTTPURL_p;
     m_boolHideDialog = false;
     if (ok)
@@ -260,18 +273,18 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     } else {
         SessionFor(account);
         if (Ftp().Connected()) {
-            Ftp().SetPassive(site.passivemode);
+            Ftp().Passive = site.passivemode;
             m_strHTTPURL = site.baseaddress;
             return 1;
         }
     }
     FirewallSetUp();
-    Ftp().SetPassive(site.passivemode);
-    Ftp().SetRemoteHost(host);
-    Ftp().SetUser(site.userid);
-    Ftp().SetPassword(site.password);
-    Ftp().SetTimeout(0);
-    Ftp().SetPassive(site.passivemode);
+    Ftp().Passive = site.passivemode;
+    ApplyHost(host);
+    Ftp().User = site.userid;
+    Ftp().Password = site.password;
+    Ftp().Timeout = 0;
+    Ftp().Passive = site.passivemode;
     Ftp().DoEvents();
     if (!Capture(Ftp().Logon())) {
         if (m_failure.number == errNoInternet)
@@ -307,15 +320,15 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         return 0;
     }
     const SiteRecord &site = sites[static_cast<size_t>(lIndex_p)];
-    Ftp().SetRemoteHost(HostFromAddress(site.baseurl, true));
-    Ftp().SetUser(site.userid);
-    Ftp().SetPassword(site.password);
-    Ftp().SetPassive(true);
-    Ftp().SetTimeout(0);
+    ApplyHost(HostFromAddress(site.baseurl, true));
+    Ftp().User = site.userid;
+    Ftp().Password = site.password;
+    Ftp().Passive = true;
+    Ftp().Timeout = 0;
 
     // Logon, then a listing, which needs a data connection. A data
     // connection that fails in passive mode is tried once more in active.
-    const std::function<bool()> steps[] = {[this] { return Ftp().Logon(); },
+    const std::function<long()> steps[] = {[this] { return Ftp().Logon(); },
                                            [this] { return Ftp().ListDirectory(); }};
     bool triedActive = false;
     for (size_t step = 0; step < std::size(steps); ++step) {
@@ -328,7 +341,7 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         case errDataConnection:
             Ftp().Interrupt();
             Ftp().Logoff();
-            Ftp().SetPassive(false);
+            Ftp().Passive = false;
             if (g_boolCancelActivation)
                 return 1;
             if (triedActive)
@@ -356,32 +369,34 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
     }
     if (g_boolCancelActivation)
         return 1;
-    boolPassive_p = Ftp().Passive();
+    boolPassive_p = Ftp().Passive;
     Ftp().Logoff();
     return 1;
 }
 
 long CFTPS::LetUSERID(const QString &strNewUser_p)
 {
-    Ftp().SetUser(strNewUser_p);
+    Ftp().User = strNewUser_p;
     return 1;
 }
 
 long CFTPS::LetPASSWORD(const QString &strNewPassword_p)
 {
-    Ftp().SetPassword(strNewPassword_p);
+    Ftp().Password = strNewPassword_p;
     return 1;
 }
 
 long CFTPS::GetBASEURL(QString &strBaseURL_p)
 {
-    strBaseURL_p = Ftp().RemoteHost();
+    strBaseURL_p = Ftp().RemoteHost;
+    if (Ftp().RemotePort != kFtpPort)
+        strBaseURL_p += QLatin1Char(':') + QString::number(Ftp().RemotePort);
     return 1;
 }
 
 long CFTPS::LetBASEURL(const QString &strNewBaseURL_p)
 {
-    Ftp().SetRemoteHost(HostFromAddress(strNewBaseURL_p, true));
+    ApplyHost(HostFromAddress(strNewBaseURL_p, true));
     return 1;
 }
 
@@ -400,11 +415,28 @@ long CFTPS::Connect()
 {
     if (!Ftp().Connected() && !Reconnect())
         return 0;
+    if (RootFolder().isEmpty())
+        return ChangeToRootFolder();
     if (Capture(Ftp().SetRemotePath(RootFolder())))
         return 1;
-    if (Ftp().Connected() || !Reconnect())
+    if (!ConnectionLost() || !Reconnect())
         return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
     return ChangeToRootFolder();
+}
+
+// Whether the last failure was the loss of the control connection. The
+// control does not always notice a connection closed under a reply it was
+// waiting for, so a reply that could not be read counts too; the session is
+// then closed on this side as well, ready to log on again.
+bool CFTPS::ConnectionLost()
+{
+    if (!Ftp().Connected())
+        return true;
+    const bool lost = m_failure.number == errNoInternet || m_failure.number == errRefused
+                      || m_failure.description.startsWith(QStringLiteral("response reading failed"));
+    if (lost)
+        Ftp().Logoff();
+    return lost;
 }
 
 // Logs on again with what the session was made from: Init's address and
@@ -427,12 +459,21 @@ bool CFTPS::Reconnect()
     return true;
 }
 
+// A connection lost at the change of folder is logged on again once.
 long CFTPS::GoToFile(const QString &strURL_p, QString &strFolder_p, QString &strFile_p)
 {
-    if (Connect() != 1)
-        return 0;
-    BuildRemoteFolder(strURL_p, strFolder_p, strFile_p);
-    return ChangeFolder(strFolder_p) == 1 ? 1 : 0;
+    const bool wasClear = MError::ErrorNumber() == 0;
+    for (int attempt = 0;; ++attempt) {
+        if (Connect() != 1)
+            return 0;
+        BuildRemoteFolder(strURL_p, strFolder_p, strFile_p);
+        if (ChangeFolder(strFolder_p) == 1)
+            return 1;
+        if (attempt > 0 || !ConnectionLost())
+            return 0;
+        if (wasClear)
+            MError::ClearError();
+    }
 }
 
 QString CFTPS::RootFolder() const
@@ -441,8 +482,14 @@ QString CFTPS::RootFolder() const
     return site.useabsol ? site.remotefolder : QStringLiteral("/");
 }
 
+// An absolute start folder that is empty is refused like a folder the
+// server refuses, rather than leaving the session where it happens to be.
 long CFTPS::ChangeToRootFolder()
 {
+    if (RootFolder().isEmpty()) {
+        m_failure = {errProtocol, QStringLiteral("550 No folder to change to.")};
+        return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
+    }
     if (Capture(Ftp().SetRemotePath(RootFolder())))
         return 1;
     return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
@@ -500,11 +547,11 @@ long CFTPS::GetASCIIFile(const QString &strURL_p, QByteArray &strFileData_p)
 {
     Running running(m_boolRunning);
     m_strReceiveBuffer.clear();
-    Ftp().SetLocalFile(QString());
+    Ftp().LocalFile = QString();
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.GetASCIIFile"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     m_strTransferName = file;
     m_dblTransferSize = 0;
     m_boolCollect = true;
@@ -534,7 +581,7 @@ QString CFTPS::WorkFileName()
 bool CFTPS::RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects)
 {
     while (!step()) {
-        if (Ftp().Connected() || nReconnects >= kReconnects)
+        if (nReconnects >= kReconnects || !ConnectionLost())
             return false;
         ++nReconnects;
         const Failure lost = m_failure;
@@ -619,13 +666,13 @@ long CFTPS::SendPage(const QByteArray &strASCII_p, const QString &strURL_p)
     bool steppedAside = false;
     bool ok = GoToFile(strURL_p, folder, file) == 1;
     m_strTransferName = file;
-    Ftp().SetLocalFile(work);
+    Ftp().LocalFile = work;
     if (ok)
         RunStep([&] { return RecoverOrClearOldCopy(file); }, folder, reconnects);
     ok = ok && RunStep([&] {
-        Ftp().SetRemoteFile(kNewText);
-        Ftp().SetTransferMode(2);
-        return Ftp().Upload();
+        Ftp().RemoteFile = kNewText;
+        Ftp().TransferMode = 2;
+        return Capture(Ftp().Upload());
     }, folder, reconnects);
     ok = ok && (steppedAside = true) && RunStep([&] { return Rename(file, kOldText); }, folder, reconnects);
     ok = ok && RunStep([&] { return Rename(kNewText, file); }, folder, reconnects);
@@ -683,8 +730,8 @@ long CFTPS::SendNewPage(const QString &strDocTitle_p, const QString &strURL_p)
     bool ok = GoToFile(strURL_p, folder, file) == 1;
     if (ok) {
         m_strTransferName = file;
-        Ftp().SetLocalFile(work);
-        Ftp().SetRemoteFile(file);
+        Ftp().LocalFile = work;
+        Ftp().RemoteFile = file;
         ok = Capture(Ftp().Upload());
     }
     QFile::remove(work);
@@ -714,8 +761,8 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     step = 3;
     if (Connect() != 1)
         return fail();
-    Ftp().SetTransferMode(2);
-    Ftp().SetLocalFile(strFileToSend_p);
+    Ftp().TransferMode = 2;
+    Ftp().LocalFile = strFileToSend_p;
     step = 4;
     QString path = strServerFolder_p;
     if (!path.endsWith(QLatin1Char('/')))
@@ -725,9 +772,9 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     if (ChangeFolder(folder) != 1)
         return fail();
     step = 5;
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     const bool ok = Capture(Ftp().Upload());
-    Ftp().SetTransferMode(0);
+    Ftp().TransferMode = 0;
     return ok ? 1 : fail();
 }
 
@@ -740,11 +787,11 @@ long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(position);
     m_strTransferName = file;
-    Ftp().SetLocalFile(strLocalFile_p);
-    Ftp().SetRemoteFile(file);
-    Ftp().SetTransferMode(2);
+    Ftp().LocalFile = strLocalFile_p;
+    Ftp().RemoteFile = file;
+    Ftp().TransferMode = 2;
     const bool ok = Capture(Ftp().Upload());
-    Ftp().SetTransferMode(0);
+    Ftp().TransferMode = 0;
     if (ok)
         return 1;
     // A transfer the user cancelled is no failure to show; it is logged.
@@ -772,14 +819,14 @@ long CFTPS::SaveFile(const QString &strURL_p, const QString &strLocalFilePath_p,
     step = 2;
     m_strTransferName = file;
     m_dblTransferSize = 0;
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (boolBinaryTransfer)
-        Ftp().SetTransferMode(2);
-    Ftp().SetLocalFile(strLocalFilePath_p);
-    Ftp().SetOverwrite(true);
+        Ftp().TransferMode = 2;
+    Ftp().LocalFile = strLocalFilePath_p;
+    Ftp().Overwrite = true;
     step = 3;
     const bool ok = Capture(Ftp().Download());
-    Ftp().SetTransferMode(0);
+    Ftp().TransferMode = 0;
     if (ok)
         return 1;
     const QString &text = m_failure.description;
@@ -800,13 +847,13 @@ long CFTPS::CopyFile(const QString &strURL_p, const QString &strCopyFile_p)
         return Fail(position);
     m_strTransferName = file;
     m_dblTransferSize = 0;
-    Ftp().SetRemoteFile(file);
-    Ftp().SetLocalFile(work);
-    Ftp().SetOverwrite(true);
+    Ftp().RemoteFile = file;
+    Ftp().LocalFile = work;
+    Ftp().Overwrite = true;
     bool ok = Capture(Ftp().Download());
     if (ok) {
         m_dblTransferSize = static_cast<double>(QFileInfo(work).size());
-        Ftp().SetRemoteFile(strCopyFile_p);
+        Ftp().RemoteFile = strCopyFile_p;
         ok = Capture(Ftp().Upload());
     }
     QFile::remove(work);
@@ -819,7 +866,7 @@ long CFTPS::RenameFile(const QString &strURL_p, const QString &strNewFileName_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.RenameFile"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     return Rename(file, strNewFileName_p) ? 1 : Fail(QStringLiteral("CFTPS.RenameFile"));
 }
 
@@ -829,7 +876,7 @@ long CFTPS::RemoveFile(const QString &strURL_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.RemoveFile"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (Capture(Ftp().DeleteFile(file)))
         return 1;
     return m_failure.number == errProtocol ? ExpectedFailure : Fail(QStringLiteral("CFTPS.RemoveFile"));
@@ -841,7 +888,7 @@ long CFTPS::RemoveDir(const QString &strURL_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.RemoveDir"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (Capture(Ftp().RemoveDirectory(file)))
         return 1;
     return StartsWith(m_failure.description, "550") ? ExpectedFailure : Fail(QStringLiteral("CFTPS.RemoveDir"));
@@ -853,7 +900,7 @@ long CFTPS::CreateDir(const QString &strURL_p)
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(QStringLiteral("CFTPS.CreateDir"));
-    Ftp().SetRemoteFile(file);
+    Ftp().RemoteFile = file;
     if (Capture(Ftp().MakeDirectory(file)))
         return 1;
     return StartsWith(m_failure.description, "550") ? ExpectedFailure : Fail(QStringLiteral("CFTPS.CreateDir"));
@@ -886,7 +933,7 @@ long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_
     if (path.isEmpty())
         path = RootFolder();
     bool ok = Capture(Ftp().SetRemotePath(path));
-    Ftp().SetRemoteFile(folder);
+    Ftp().RemoteFile = folder;
     ok = ok && Capture(Ftp().MakeDirectory(folder));
     if (ok)
         return 1;

@@ -111,7 +111,9 @@ private:
     SiteRecord Record() const;
     QString RootFolder() const;
     bool Reconnect();
-    bool Capture(bool boolOk);
+    bool ConnectionLost();
+    bool Capture(long lResult);
+    void ApplyHost(const QString &strHost_p);
     long Fail(const QString &strPosition);
 
     // The first steps of every operation: connected and at the top of the

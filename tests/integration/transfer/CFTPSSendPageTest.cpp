@@ -100,7 +100,7 @@ TEST_F(CFTPSSendPage, ALostConnectionAtAnyCommandNeverLosesThePage)
         ASSERT_TRUE(webFileExists(kPage));
         const QByteArray now = servers().readWebFile(kPage);
         EXPECT_TRUE(now == newPage || (result != 1 && now == oldPage));
-        EXPECT_EQ(result, 1) << MError::ErrorDescription().toStdString();
+        EXPECT_EQ(result, 1) << MError::ErrorDescription().toStdString() << " at " << MError::ErrorSource().toStdString();
         MError::ClearError();
     }
 }
