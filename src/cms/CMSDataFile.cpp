@@ -111,25 +111,6 @@ public:
         return Raw(*count, *bytes);
     }
 
-    bool Singles(std::optional<QList<float>> &values)
-    {
-        std::optional<qsizetype> count;
-        if (!Descriptor(sizeof(float), count))
-            return false;
-        values.reset();
-        if (!count)
-            return true;
-        values.emplace();
-        values->reserve(*count);
-        for (qsizetype i = 0; i < *count; ++i) {
-            float v = 0;
-            if (!Get(v))
-                return false;
-            values->append(v);
-        }
-        return true;
-    }
-
     bool Limits(CMS_LIMITS &l)
     {
         return Get(l.lRightClick) && Get(l.lBand) && Get(l.lSiteTree) && Get(l.lOther)
@@ -141,19 +122,8 @@ private:
     qsizetype m_pos = 0;
 };
 
-bool ReadPage(Reader &in, CMSDataFile::Page &page)
-{
-    return in.Bytes(page.bytPath) && in.Singles(page.sngUsers);
-}
-
-bool ReadUser(Reader &in, CMSDataFile::User &user)
-{
-    return in.Bytes(user.bytName) && in.Bytes(user.bytPassword) && in.Limits(user.limits)
-           && in.Get(user.intHidden);
-}
-
-template<typename T, typename F>
-bool ReadArray(Reader &in, qsizetype minSize, std::optional<std::vector<T>> &array, F readOne)
+template<typename Container, typename F>
+bool ReadArray(Reader &in, qsizetype minSize, std::optional<Container> &array, F readOne)
 {
     std::optional<qsizetype> count;
     if (!in.Descriptor(minSize, count))
@@ -164,12 +134,25 @@ bool ReadArray(Reader &in, qsizetype minSize, std::optional<std::vector<T>> &arr
     array.emplace();
     array->reserve(*count);
     for (qsizetype i = 0; i < *count; ++i) {
-        T element;
+        typename Container::value_type element{};
         if (!readOne(in, element))
             return false;
         array->push_back(std::move(element));
     }
     return true;
+}
+
+bool ReadPage(Reader &in, CMSDataFile::Page &page)
+{
+    return in.Bytes(page.bytPath)
+           && ReadArray(in, qsizetype(sizeof(float)), page.sngUsers,
+                        [](Reader &r, float &v) { return r.Get(v); });
+}
+
+bool ReadUser(Reader &in, CMSDataFile::User &user)
+{
+    return in.Bytes(user.bytName) && in.Bytes(user.bytPassword) && in.Limits(user.limits)
+           && in.Get(user.intHidden);
 }
 
 } // namespace
