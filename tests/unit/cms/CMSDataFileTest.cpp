@@ -85,6 +85,11 @@ TEST_F(CMSDataFileTest, HandMadeFileReadsAsExpectedAndIsWrittenBackByteForByte)
     g_boolAllFilesLocked = false;
     const QByteArray written = CMSTableCodec::Encode(QDate(2026, 2, 28));
     EXPECT_EQ(written, file);
+
+    // A stamp that is no date gives today.
+    ASSERT_TRUE(CMSTableCodec::Decode(handMadeFile("13        ", cipher(QStringLiteral("31/31/2029"), "zilbothrun")),
+                                      today, version));
+    EXPECT_EQ(g_dtCMSStamp, today);
 }
 
 TEST_F(CMSDataFileTest, NeverSizedArraysHaveTheShortDescriptorAndStayNeverSized)
