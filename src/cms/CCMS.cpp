@@ -25,10 +25,18 @@ constexpr long errInputPastEnd = 62;
 constexpr long errFileNotFound = 53;
 // Stands in when a step failed without leaving an error of its own.
 constexpr long errInternal = 51;
+constexpr long errPathFileAccess = 75;
 
 QString L(long id)
 {
     return MResources::LoadResourceString(id);
+}
+
+// A step that failed without an error of its own still leaves one pending.
+long Fail(const QString &position)
+{
+    MError::SetErrorIfClear(errInternal, QStringLiteral("Internal error"), position);
+    return 0;
 }
 
 QString CurrentFtpRoot()
@@ -60,19 +68,15 @@ long CCMS::GetCMSData()
     const QString position = QStringLiteral("CCMS.GetCMSData{line: %1}");
     CFTPS ftp;
     const QString folder = CMSFolder();
-    if (ftp.CreateFolder(QStringLiteral("/"), folder) != 1) {
-        MError::SetErrorIfClear(errInternal, QStringLiteral("Internal error"), position.arg(1));
-        return 0;
-    }
+    if (ftp.CreateFolder(QStringLiteral("/"), folder) != 1)
+        return Fail(position.arg(1));
     const long got = ftp.SaveFile(folder + QStringLiteral("/cms.dat"), LocalFile(), true);
     if (got == CFTPS::ExpectedFailure) {
         QFile::remove(LocalFile());
         return -1;
     }
-    if (got != 1) {
-        MError::SetErrorIfClear(errInternal, QStringLiteral("Internal error"), position.arg(2));
-        return 0;
-    }
+    if (got != 1)
+        return Fail(position.arg(2));
 
     QFile file(LocalFile());
     if (!file.open(QIODevice::ReadOnly)) {
@@ -103,21 +107,19 @@ long CCMS::SetCMSData()
     const QString position = QStringLiteral("CCMS.SetCMSData");
     CFTPS ftp;
     const QString folder = CMSFolder();
-    if (ftp.CreateFolder(QStringLiteral("/"), folder) != 1) {
-        MError::SetErrorIfClear(errInternal, QStringLiteral("Internal error"), position);
-        return 0;
-    }
+    if (ftp.CreateFolder(QStringLiteral("/"), folder) != 1)
+        return Fail(position);
     const QString local = LocalFile();
     if (QFile::exists(local) && !QFile::remove(local)) {
         UserQuestions::MsgBox(L(txtLocallyLocked), UserQuestions::vbExclamation, L(txtAdminTitle));
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error"), position);
+        MError::SetErrorIfClear(errPathFileAccess, QStringLiteral("Path/File access error"), position);
         return 0;
     }
 
     QFile file(local);
     const QByteArray bytes = CMSTableCodec::Encode(QDate::currentDate());
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        MError::SetErrorIfClear(75, file.errorString(), position);
+        MError::SetErrorIfClear(errPathFileAccess, file.errorString(), position);
         return 0;
     }
     file.close();
@@ -126,9 +128,7 @@ long CCMS::SetCMSData()
     QFile::remove(local);
     if (sent == CFTPS::ExpectedFailure)
         return -1;
-    if (sent != 1) {
-        MError::SetErrorIfClear(errInternal, QStringLiteral("Internal error"), position);
-        return 0;
-    }
+    if (sent != 1)
+        return Fail(position);
     return 1;
 }

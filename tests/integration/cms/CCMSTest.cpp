@@ -56,6 +56,7 @@ TEST_F(CCMSTest, MissingFileMakesTheFolderThenTablesGoUpAndComeBackEqual)
 {
     EXPECT_EQ(CCMS::CMSFolder(), QStringLiteral("/www/_resetp"));
     EXPECT_EQ(CCMS().GetCMSData(), -1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(MError::ErrorNumber(), 0) << "a missing file is no error";
     EXPECT_TRUE(webFileExists(QStringLiteral("_resetp")));
     EXPECT_FALSE(QFile::exists(CCMS::LocalFile()));
 
