@@ -24,6 +24,14 @@ bool CSettingsFileDrop::Acceptable(const QMimeData *data_p)
     return data_p && (data_p->hasUrls() || data_p->hasText());
 }
 
+bool CSettingsFileDrop::CarriesSettingsFile(const QMimeData *data_p)
+{
+    if (!data_p || !data_p->hasUrls() || data_p->urls().isEmpty())
+        return false;
+    const QUrl first = data_p->urls().constFirst();
+    return first.isLocalFile() && IsSettingsFile(first.toLocalFile());
+}
+
 long CSettingsFileDrop::ApplyMime(const QMimeData *data_p, QString &strNavigate_p)
 {
     QStringList files;

@@ -25,6 +25,8 @@ public:
     // The same for what a drag-and-drop carries. A drop of anything but
     // files is taken too, so that the user learns why nothing happened.
     static bool Acceptable(const QMimeData *data_p);
+    // True when the first file of the drop is a settings file.
+    static bool CarriesSettingsFile(const QMimeData *data_p);
     static long ApplyMime(const QMimeData *data_p, QString &strNavigate_p);
 
     // True for a name the window takes: a .pset file, in any letter case.

@@ -46,6 +46,9 @@ Model &model()
 QString escape(const QString &text, bool inName)
 {
     QString out;
+    // A name must not look like a comment or a section header.
+    if (inName && (text.startsWith(QLatin1Char(';')) || text.startsWith(QLatin1Char('['))))
+        out += QLatin1Char('\\');
     for (const QChar c : text) {
         const char16_t u = c.unicode();
         if (u == u'\\') out += QStringLiteral("\\\\");
@@ -224,6 +227,13 @@ long CReg::EndUpdate()
     if (m.held > 0 && --m.held == 0 && m.dirty && !save(m))
         return failed(m.file, QStringLiteral("CReg.EndUpdate"));
     return 1;
+}
+
+void CReg::Reload()
+{
+    Model &m = model();
+    if (m.held == 0)
+        m.file.clear();
 }
 
 QString CReg::AppKey()

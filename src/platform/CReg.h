@@ -16,7 +16,8 @@
 //   dword:42      a number, in decimal.
 // Section paths stand as they are. In value names and strings a backslash
 // escapes: \\ \" \= \] \n \r \t \0 and \xHH for any other control
-// character. Names and paths are case-sensitive. A value in none of these forms ("name=some text", as a
+// character, and a name that starts with ";" or "[" gets a backslash in
+// front. Names and paths are case-sensitive. A value in none of these forms ("name=some text", as a
 // hand-written INI file has it) reads as that string, so a file written by
 // hand or by a plain INI writer is understood. Lines without "=" or outside
 // any section are dropped at the next write: the store rewrites itself whole.
@@ -39,6 +40,8 @@ public:
     // nest. EndUpdate returns 1, or 0 with the pending error set.
     static void BeginUpdate();
     static long EndUpdate();
+    // Forgets what was read, so that the next access reads the file again.
+    static void Reload();
 
     long hkey = HKEY_CURRENT_USER; // only the user's own hive exists here
     QString KeyRoot;

@@ -4,12 +4,9 @@
 #include "support/MResources.h"
 #include "support/StringIds.h"
 #include "config/CPublicSettings.h"
-#include "config/CSettingsFileDrop.h"
+#include "config/CSettingsFileDropTarget.h"
 #include "platform/CReg.h"
-#include "support/MError.h"
-#include "support/UserQuestions.h"
 
-#include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -34,7 +31,7 @@ frmVindrell::frmVindrell(QWidget *parent)
     column->addWidget(m_browser, 1);
     setCentralWidget(central);
     resize(1024, 768);
-    setAcceptDrops(true);
+    new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
     MGlobalProjectObjects::g_strUserName = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("username"));
     MGlobalProjectObjects::g_strUserMail = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("usermail"));
     CPublicSettings().GetURLSettings();
@@ -55,28 +52,10 @@ QString frmVindrell::homePage()
 
 void frmVindrell::navigateToAddressRow()
 {
-    m_browser->load(QUrl::fromUserInput(m_address->text()));
+    navigateTo(m_address->text());
 }
 
 void frmVindrell::navigateTo(const QString &address)
 {
     m_browser->load(QUrl::fromUserInput(address));
-}
-
-void frmVindrell::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (CSettingsFileDrop::Acceptable(event->mimeData()))
-        event->acceptProposedAction();
-}
-
-void frmVindrell::dropEvent(QDropEvent *event)
-{
-    event->acceptProposedAction();
-    QString address;
-    if (!CSettingsFileDrop::ApplyMime(event->mimeData(), address)) {
-        UserQuestions::MsgBox(MError::ErrorDescription(), UserQuestions::vbCritical, windowTitle());
-        MError::ClearError();
-    } else if (!address.isEmpty()) {
-        navigateTo(address);
-    }
 }

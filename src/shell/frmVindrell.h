@@ -22,11 +22,6 @@ public:
     // Shows the given address in the browser.
     void navigateTo(const QString &address);
 
-protected:
-    // A .pset file dropped on the window becomes a new site.
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
-
 private:
     void navigateToAddressRow();
 

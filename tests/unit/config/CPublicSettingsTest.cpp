@@ -103,6 +103,7 @@ TEST_F(CPublicSettingsTest, StoreRoundTripsRecordsProxyAndEmptyUserInTheMiddle)
 
     G::URLDATA.clear();
     G::Proxy = ProxySettings();
+    CReg::Reload();
     ASSERT_EQ(CPublicSettings().GetURLSettings(), 1);
     ASSERT_EQ(G::URLDATA.size(), saved.size());
     for (std::size_t i = 0; i < saved.size(); ++i)
@@ -168,6 +169,7 @@ TEST_F(CPublicSettingsTest, OlderFormatIsReadAndUpgradedAtFirstSave)
     EXPECT_EQ(CReg::GetBinarySetting(QStringLiteral("settings"), QStringLiteral("userid______1")).typeId(),
               QMetaType::QByteArray);
     const auto before = G::URLDATA;
+    CReg::Reload();
     ASSERT_EQ(CPublicSettings().GetURLSettings(), 1);
     ASSERT_EQ(G::URLDATA.size(), 2u);
     for (std::size_t i = 0; i < before.size(); ++i)

@@ -104,6 +104,7 @@ TEST_F(CSettingsFileDropTest, DroppedFileMakesNewActiveRecordAndOffersToGoThere)
 
     // It lasts: a fresh load finds both sites and the carried settings.
     G::URLDATA.clear();
+    CReg::Reload();
     ASSERT_EQ(CPublicSettings().GetURLSettings(), 1);
     ASSERT_EQ(G::URLDATA.size(), 2u);
     const SiteRecord &added = G::URLDATA[0];

@@ -10,13 +10,14 @@
 #include <QFile>
 #include <QMimeData>
 #include <QUrl>
+#include <QWebEngineView>
 
 #include <gtest/gtest.h>
 
 namespace {
 using G = MGlobalProjectObjects;
 
-// Sends a real drag-enter and drop to the window, as the desktop would.
+// Sends a real drag-enter and drop to a widget, as the desktop would.
 bool dropOn(QWidget &window, QMimeData &data)
 {
     const QPoint at(20, 20);
@@ -63,6 +64,16 @@ TEST(SettingsFileDropGui, DroppedFileOnTheWindowAddsASiteAndDamageIsReported)
               QStringLiteral("The settings file is damaged or is not a Vindrell settings file."));
     ASSERT_EQ(CPublicSettings().GetURLSettings(), 1);
     EXPECT_EQ(G::URLDATA.size(), 1u);
+
+    // Dropped over the page rather than the window's own frame.
+    ASSERT_EQ(CSettingsFile::WriteFile(path, CSettingsFile::FromSite(site, QStringLiteral("ed"), QString())), 1);
+    QWidget *page = window.browser()->focusProxy() ? window.browser()->focusProxy() : window.browser();
+    UserQuestions::Script({UserQuestions::vbNo});
+    ASSERT_TRUE(dropOn(*page, data));
+    ASSERT_EQ(UserQuestions::ShownSoFar().size(), 1);
+    ASSERT_EQ(CPublicSettings().GetURLSettings(), 1);
+    EXPECT_EQ(G::URLDATA.size(), 2u);
+
     UserQuestions::EndScript();
     QFile::remove(path);
     QFile::remove(CReg::StorePath());

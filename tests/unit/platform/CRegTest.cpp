@@ -29,16 +29,21 @@ TEST_F(CRegTest, ValuesKeepTheirKindAndAwkwardTextsSurvive)
     const QByteArray bytes("\x00\xff\x10", 3);
     ASSERT_EQ(reg.SetRegistryValue(QStringLiteral("text"), awkward, CReg::REG_SZ), 1);
     ASSERT_EQ(reg.SetRegistryValue(awkward, QStringLiteral("named"), CReg::REG_SZ), 1);
+    ASSERT_EQ(reg.SetRegistryValue(QStringLiteral(";semi"), QStringLiteral("s"), CReg::REG_SZ), 1);
+    ASSERT_EQ(reg.SetRegistryValue(QStringLiteral("[head]"), QStringLiteral("h]"), CReg::REG_SZ), 1);
     ASSERT_EQ(reg.SetRegistryValue(QStringLiteral("bin"), bytes, CReg::REG_BINARY), 1);
     ASSERT_EQ(reg.SetRegistryValue(QStringLiteral("empty"), QByteArray(), CReg::REG_BINARY), 1);
     ASSERT_EQ(reg.SetRegistryValue(QStringLiteral("num"), 42, CReg::REG_DWORD), 1);
 
+    CReg::Reload();
     const QString text = readStoreText();
     EXPECT_TRUE(text.contains(QStringLiteral("bin=hex:00,ff,10")));
     EXPECT_TRUE(text.contains(QStringLiteral("num=dword:42")));
 
     EXPECT_EQ(reg.GetRegistryValue(QStringLiteral("text"), QVariant()).toString(), awkward);
     EXPECT_EQ(reg.GetRegistryValue(awkward, QVariant()).toString(), QStringLiteral("named"));
+    EXPECT_EQ(reg.GetRegistryValue(QStringLiteral(";semi"), QVariant()).toString(), QStringLiteral("s"));
+    EXPECT_EQ(reg.GetRegistryValue(QStringLiteral("[head]"), QVariant()).toString(), QStringLiteral("h]"));
     EXPECT_EQ(reg.GetRegistryValue(QStringLiteral("bin"), QVariant()).toByteArray(), bytes);
     const QVariant empty = reg.GetRegistryValue(QStringLiteral("empty"), QVariant());
     EXPECT_EQ(empty.typeId(), QMetaType::QByteArray);
