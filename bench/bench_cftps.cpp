@@ -40,7 +40,7 @@ int sequenceOfTen(TestServers &servers)
             QByteArray d;
             return c.GetASCIIFile(QStringLiteral("/index.htm"), d) == 1 ? c.SendPage(d, QStringLiteral("/index.htm")) : 0;
         },
-        [](CFTPS &c) { return c.CreateFolder(QStringLiteral("/"), QStringLiteral("bench")); },
+        [](CFTPS &c) { return c.CreateFolder(QStringLiteral("/"), QStringLiteral("products")); },
         [&](CFTPS &c) { return c.SaveFile(QStringLiteral("/index.htm"), copy); },
         [](CFTPS &c) { return c.CopyFile(QStringLiteral("/index.htm"), QStringLiteral("bench1.htm")); },
         [](CFTPS &c) { return c.RenameFile(QStringLiteral("/bench1.htm"), QStringLiteral("bench2.htm")); },

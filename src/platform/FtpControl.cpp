@@ -263,9 +263,10 @@ void FtpControl::resetHandle()
 }
 
 // Drives the call through the object's own multi handle, which keeps the
-// control connection open after the call. The wait is capped, so a socket
-// libcurl does not report (a data connection still being set up) costs a
-// few milliseconds, never a long stall.
+// control connection open after the call. libcurl does not always report the
+// socket of an FTP data connection (while it is set up, and while data flows),
+// and its own wait would then sleep up to a second; so the wait is capped at
+// 1 ms. The cost is a cheap wake-up per millisecond during a call.
 int FtpControl::run()
 {
     auto *multi = static_cast<CURLM *>(m_multi);
@@ -435,9 +436,15 @@ long FtpControl::finish(Call &call, int result)
 
 long FtpControl::Logon()
 {
+    // A second Logon starts a fresh session: host or user may have changed,
+    // and the login folder is only learnt on a new login.
+    if (m_connected && Logoff() != 1)
+        return 0;
     Call call;
-    const long result = perform(call, urlFor(QStringLiteral("/")),
-                                [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
+    // No path: the session stays in the login folder, whatever it is.
+    const QString url = QStringLiteral("ftp://%1:%2/").arg(RemoteHost).arg(RemotePort);
+    const long result =
+        perform(call, url, [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
     if (result != 1)
         return result;
     m_connected = true;

@@ -41,7 +41,10 @@ bool FtpListParser::parseUnix(const QString &line, FtpListEntry &out, const QDat
     }
     // With a group the date starts at field 5, without one at field 4.
     for (qsizetype month = 5; month >= 4; --month) {
-        if (fields.size() < month + 3 || !isMonth(fields.at(month)))
+        if (fields.size() < month + 3)
+            continue;
+        const int monthNumber = FtpListParser::monthNumber(fields.at(month));
+        if (monthNumber == 0)
             continue;
         bool sizeOk = false;
         const qint64 size = fields.at(month - 1).toLongLong(&sizeOk);
@@ -57,17 +60,22 @@ bool FtpListParser::parseUnix(const QString &line, FtpListEntry &out, const QDat
             out.fileName.remove(0, 1);
         out.isDir = line.at(0) == QLatin1Char('d');
         out.size = size;
-        out.time = unixTime(fields.at(month).toString(), fields.at(month + 1).toString(),
-                            stamp.toString(), now);
+        out.time = unixTime(monthNumber, fields.at(month + 1).toInt(), stamp, now);
         return true;
     }
     return false;
 }
 
-bool FtpListParser::isMonth(QStringView field)
+int FtpListParser::monthNumber(QStringView field)
 {
-    static const QString months = QStringLiteral("janfebmaraprmayjunjulaugsepoctnovdec");
-    return field.size() == 3 && months.indexOf(field.toString().toLower()) % 3 == 0;
+    static const char *const months[] = {"jan", "feb", "mar", "apr", "may", "jun",
+                                         "jul", "aug", "sep", "oct", "nov", "dec"};
+    if (field.size() != 3)
+        return 0;
+    for (int i = 0; i < 12; ++i)
+        if (field.compare(QLatin1String(months[i]), Qt::CaseInsensitive) == 0)
+            return i + 1;
+    return 0;
 }
 
 bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
@@ -95,23 +103,17 @@ bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
     return true;
 }
 
-QDateTime FtpListParser::unixTime(const QString &month, const QString &day,
-                                  const QString &yearOrTime, const QDateTime &now)
+QDateTime FtpListParser::unixTime(int month, int day, QStringView yearOrTime, const QDateTime &now)
 {
-    static const QString months = QStringLiteral("janfebmaraprmayjunjulaugsepoctnovdec");
-    const qsizetype index = months.indexOf(month.toLower());
-    if (index < 0 || index % 3 != 0)
-        return QDateTime();
-    const int monthNumber = int(index / 3) + 1;
     // Listing times are the server's wall clock: kept as times without a
     // zone, which also spares a zone lookup per entry of a large folder.
-    if (!yearOrTime.contains(QLatin1Char(':')))
-        return QDateTime(QDate(yearOrTime.toInt(), monthNumber, day.toInt()), QTime(0, 0), Qt::UTC);
+    const qsizetype colon = yearOrTime.indexOf(QLatin1Char(':'));
+    if (colon < 0)
+        return QDateTime(QDate(yearOrTime.toInt(), month, day), QTime(0, 0), Qt::UTC);
     // A time of day means "within the last six months": the current year,
     // unless that would put the entry in the future.
-    const int colon = int(yearOrTime.indexOf(QLatin1Char(':')));
     const QTime time(yearOrTime.left(colon).toInt(), yearOrTime.mid(colon + 1).toInt());
-    QDate date(now.date().year(), monthNumber, day.toInt());
+    QDate date(now.date().year(), month, day);
     if (date > now.date().addDays(1))
         date = date.addYears(-1);
     return QDateTime(date, time, Qt::UTC);

@@ -27,8 +27,7 @@ public:
 
 private:
     static bool parseUnix(const QString &line, FtpListEntry &out, const QDateTime &now);
-    static bool isMonth(QStringView field);
+    static int monthNumber(QStringView field); // 1-12, 0 for no month
     static bool parseDos(const QString &line, FtpListEntry &out);
-    static QDateTime unixTime(const QString &month, const QString &day, const QString &yearOrTime,
-                              const QDateTime &now);
+    static QDateTime unixTime(int month, int day, QStringView yearOrTime, const QDateTime &now);
 };

@@ -604,28 +604,48 @@ bool CFTPS::Rename(const QString &strFrom_p, const QString &strTo_p)
     }
 }
 
-// Whether a file lies in the current folder, asked by its modification
-// time. boolKnown_p is False when the server did not say (no MDTM, or the
-// connection went).
+// The names of the files in the current folder. A listing never fails for
+// a name that is missing, and a failed command costs the control its
+// connection, so this is how the safe replace looks before it acts.
+bool CFTPS::ListFileNames(QStringList &names_p)
+{
+    names_p.clear();
+    const QMetaObject::Connection collect = connect(
+        &Ftp(), &FtpControl::DirList, this,
+        [&names_p](const QString &, const QString &FileName, bool IsDir, qint64, const QDateTime &) {
+            if (!IsDir)
+                names_p.append(FileName);
+        });
+    Ftp().RemoteFile.clear();
+    const bool ok = Capture(Ftp().ListDirectoryLong());
+    disconnect(collect);
+    return ok;
+}
+
+// Whether a file lies in the current folder. boolKnown_p is False when the
+// listing failed.
 bool CFTPS::Exists(const QString &strName_p, bool &boolKnown_p)
 {
-    const bool found = Capture(Ftp().Command(QStringLiteral("MDTM ") + strName_p));
-    boolKnown_p = found || StartsWith(m_failure.description, "550");
-    return found;
+    QStringList names;
+    boolKnown_p = ListFileNames(names);
+    return names.contains(strName_p);
 }
 
 // Step 4 of the safe replace: an old copy left by an earlier attempt goes,
 // unless the page itself is missing. Then that copy is the only one there
 // is (a run broke between stepping the old page aside and putting the new
-// one in its place) and it is put back as the page. When the server can't
-// tell whether the page exists, the old copy is left where it is.
+// one in its place) and it is put back as the page. When the folder can't
+// be listed, the old copy is left where it is.
 bool CFTPS::RecoverOrClearOldCopy(const QString &strFile_p)
 {
-    bool known = false;
-    const bool exists = Exists(strFile_p, known);
-    if (known && !exists)
+    QStringList names;
+    if (!ListFileNames(names))
+        return !ConnectionLost();
+    if (!names.contains(kOldText))
+        return true;
+    if (!names.contains(strFile_p))
         Rename(kOldText, strFile_p);
-    else if (known)
+    else
         Capture(Ftp().Command(QStringLiteral("DELE ") + kOldText));
     return Ftp().Connected();
 }
@@ -870,46 +890,48 @@ long CFTPS::RenameFile(const QString &strURL_p, const QString &strNewFileName_p)
     return Rename(file, strNewFileName_p) ? 1 : Fail(QStringLiteral("CFTPS.RenameFile"));
 }
 
-long CFTPS::RemoveFile(const QString &strURL_p)
+// Goes to the file and runs one command of the control on its name. A
+// refusal the caller expects (isExpected_p) gives -1 and leaves no error.
+long CFTPS::OnFile(const QString &strURL_p, const QString &strPosition_p,
+                   const std::function<long(const QString &)> &command_p,
+                   const std::function<bool(const Failure &)> &isExpected_p)
 {
     Running running(m_boolRunning);
     QString folder, file;
     if (GoToFile(strURL_p, folder, file) != 1)
-        return Fail(QStringLiteral("CFTPS.RemoveFile"));
+        return Fail(strPosition_p);
     Ftp().RemoteFile = file;
-    if (Capture(Ftp().DeleteFile(file)))
+    if (Capture(command_p(file)))
         return 1;
-    return m_failure.number == errProtocol ? ExpectedFailure : Fail(QStringLiteral("CFTPS.RemoveFile"));
+    return isExpected_p(m_failure) ? ExpectedFailure : Fail(strPosition_p);
+}
+
+long CFTPS::RemoveFile(const QString &strURL_p)
+{
+    return OnFile(strURL_p, QStringLiteral("CFTPS.RemoveFile"),
+                  [this](const QString &name) { return Ftp().DeleteFile(name); },
+                  [](const Failure &failure) { return failure.number == errProtocol; });
 }
 
 long CFTPS::RemoveDir(const QString &strURL_p)
 {
-    Running running(m_boolRunning);
-    QString folder, file;
-    if (GoToFile(strURL_p, folder, file) != 1)
-        return Fail(QStringLiteral("CFTPS.RemoveDir"));
-    Ftp().RemoteFile = file;
-    if (Capture(Ftp().RemoveDirectory(file)))
-        return 1;
-    return StartsWith(m_failure.description, "550") ? ExpectedFailure : Fail(QStringLiteral("CFTPS.RemoveDir"));
+    return OnFile(strURL_p, QStringLiteral("CFTPS.RemoveDir"),
+                  [this](const QString &name) { return Ftp().RemoveDirectory(name); },
+                  [](const Failure &failure) { return StartsWith(failure.description, "550"); });
 }
 
 long CFTPS::CreateDir(const QString &strURL_p)
 {
-    Running running(m_boolRunning);
-    QString folder, file;
-    if (GoToFile(strURL_p, folder, file) != 1)
-        return Fail(QStringLiteral("CFTPS.CreateDir"));
-    Ftp().RemoteFile = file;
-    if (Capture(Ftp().MakeDirectory(file)))
-        return 1;
-    return StartsWith(m_failure.description, "550") ? ExpectedFailure : Fail(QStringLiteral("CFTPS.CreateDir"));
+    return OnFile(strURL_p, QStringLiteral("CFTPS.CreateDir"),
+                  [this](const QString &name) { return Ftp().MakeDirectory(name); },
+                  [](const Failure &failure) { return StartsWith(failure.description, "550"); });
 }
 
-// Makes sure a control folder exists. The folder's name stands between
-// spaces in the message, so that it reads as a word of its own. A folder change that the server
+// Makes sure a control folder exists. A folder change that the server
 // refuses means the folder is missing; any other failure of that change is
-// reported as it is rather than taken for a folder that exists.
+// reported as it is rather than taken for a folder that exists. The
+// folder's name stands between spaces in the message, so that it reads as a
+// word of its own.
 long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_p)
 {
     Running running(m_boolRunning);

@@ -124,9 +124,13 @@ private:
     // Safe replace.
     bool RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects);
     bool Rename(const QString &strFrom_p, const QString &strTo_p);
+    bool ListFileNames(QStringList &names_p);
     bool Exists(const QString &strName_p, bool &boolKnown_p);
     bool RecoverOrClearOldCopy(const QString &strFile_p);
     long SendPageFailure(const QString &strURL_p);
+    long OnFile(const QString &strURL_p, const QString &strPosition_p,
+                const std::function<long(const QString &)> &command_p,
+                const std::function<bool(const Failure &)> &isExpected_p);
     static QString WorkFileName();
 
     // Status window events.

@@ -120,6 +120,22 @@ TEST_F(FtpControlTest, OneObjectIsOneLoginAcrossCalls)
                             [](const QString &l) { return l.startsWith(QStringLiteral("1 230")); }));
 }
 
+TEST_F(FtpControlTest, LogonAgainStartsAFreshSessionInTheNewLoginFolder)
+{
+    logon();
+    ftp.User = QString::fromLatin1(TestServers::WebUser);
+    ftp.Password = QString::fromLatin1(TestServers::WebPassword);
+    logon();
+    // The web account's server-side root is its login folder.
+    EXPECT_EQ(ftp.RemotePath(), QStringLiteral("/"));
+    ftp.RemoteFile = QStringLiteral("index.htm");
+    QByteArray page;
+    QObject::connect(&ftp, &FtpControl::Transfer, &ftp,
+                     [&page](qint64, const QByteArray &text) { page += text; });
+    ASSERT_EQ(ftp.Download(), 1);
+    EXPECT_EQ(page, servers().readWebFile(QStringLiteral("index.htm")));
+}
+
 TEST_F(FtpControlTest, LongListingGivesFilesFoldersAndLinks)
 {
     QDir(servers().webRoot()).mkpath(QStringLiteral("listed/sub"));

@@ -207,3 +207,17 @@ TEST_F(CFTPSSession, SendFileJoinsFolderAndNameWithOneSlash)
     EXPECT_EQ(MError::ErrorNumber(), 65547);
     EXPECT_EQ(MError::ErrorDescription(), QStringLiteral("The specified file does not exist"));
 }
+
+TEST_F(CFTPSSession, PassiveModeTestAnswersForTheRecord)
+{
+    SiteRecord wrong = demoSite();
+    wrong.password = QStringLiteral("wrong");
+    useSites({demoSite(), wrong});
+    CFTPS client;
+    bool passive = false;
+    EXPECT_EQ(client.CanUsePassiveMode(0, passive), 1);
+    EXPECT_TRUE(passive);
+    EXPECT_FALSE(client.Connected());
+
+    EXPECT_EQ(client.CanUsePassiveMode(1, passive), CFTPS::ProtocolFailure);
+}

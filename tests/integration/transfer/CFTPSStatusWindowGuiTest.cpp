@@ -79,7 +79,7 @@ TEST_F(CFTPSStatusWindow, CancelAsksAndYesAbortsTheUpload)
 {
     CFTPS client;
     const QByteArray page = pageOf(300000, 'c');
-    servers().setFtpFaults({{QStringLiteral("delay_ms"), 300}});
+    servers().setFtpFaults({{QStringLiteral("delay_ms"), 100}});
     watch.pressCancel = true;
 
     const auto expectTheQuestion = [] {
