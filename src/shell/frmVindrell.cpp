@@ -1,11 +1,11 @@
 #include "shell/frmVindrell.h"
 
-#include "platform/LocalFolders.h"
-#include "support/MResources.h"
-#include "support/StringIds.h"
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFileDropTarget.h"
 #include "platform/CReg.h"
+#include "platform/LocalFolders.h"
+#include "support/MResources.h"
+#include "support/StringIds.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
