@@ -79,7 +79,14 @@ protected:
     {
         browser->activateWindow();
         browser->setFocus();
+        // On a busy machine the window manager and the engine's own process
+        // take a while to give the page the keyboard; keys sent before that
+        // are lost, so wait for both.
+        pumpUntil([] { return browser->window()->isActiveWindow(); }, 5000);
         HtmlTextRange::aroundElement(doc.getElementById(QStringLiteral("box"))).select();
+        pumpUntil([] {
+            return PageScriptCall::run(browser->page(), QStringLiteral("document.hasFocus()"), QString()).toBool();
+        }, 5000);
     }
 
     static inline WebBrowser *browser = nullptr;
