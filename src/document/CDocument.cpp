@@ -1,0 +1,391 @@
+#include "document/CDocument.h"
+
+#include "aspfilter/CASPFilter.h"
+#include "cms/CMSTables.h"
+#include "config/CPublicSettings.h"
+#include "config/MGlobalProjectObjects.h"
+#include "config/frmMessageBoxOnce.h"
+#include "document/ASPMarkerAudit.h"
+#include "document/CDocEventHandler.h"
+#include "document/DocumentAddress.h"
+#include "objects/CHTMLImg.h"
+#include "platform/GlyphTable.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "support/MError.h"
+#include "support/MResources.h"
+#include "transfer/CFTPS.h"
+
+QStringList CDocument::g_astrDocURLs;
+
+namespace {
+
+constexpr long kNoIndexFile = 90000;
+constexpr long kNotLoading = -25061;
+constexpr long kMsgForeignContent = 22000;
+constexpr long kTitleForeignContent = 22001;
+constexpr long kMsgNoSubIndex = 22002;
+constexpr long kMsgNotLoading = 22003;
+constexpr int kBodyWaitLimitMs = 1000;
+
+const QString kKey = QStringLiteral("keldaKey");
+
+} // namespace
+
+CDocument::CDocument() = default;
+
+// Objects go first, while the page they point into is still held.
+CDocument::~CDocument()
+{
+    m_Objects.clear();
+}
+
+QString CDocument::Position(const QString &operation) const
+{
+    return QStringLiteral("CDocument.") + operation;
+}
+
+long CDocument::GetDirty(bool &boolDocIsDirty_p) const
+{
+    boolDocIsDirty_p = m_boolDirty;
+    return 1;
+}
+
+long CDocument::SetDirty()
+{
+    m_boolDirty = true;
+    return 1;
+}
+
+long CDocument::GetDocumentEventHandler(CDocEventHandler *&CDocEventHandler_p) const
+{
+    CDocEventHandler_p = m_DocEventHandler;
+    return 1;
+}
+
+long CDocument::GetDocument(HtmlDocument &HTMLDocument_p) const
+{
+    HTMLDocument_p = m_Document;
+    return 1;
+}
+
+long CDocument::RemoveObject(const QString &strKey_p)
+{
+    m_Objects.erase(strKey_p);
+    return 1;
+}
+
+long CDocument::AddObject(std::unique_ptr<CIHTMLObject> CIHTMLObject_p)
+{
+    const long count = long(m_Objects.size());
+    m_Objects[QString::number(count)] = std::move(CIHTMLObject_p);
+    return count + 1;
+}
+
+CIHTMLObject *CDocument::Object(const QString &strKey_p) const
+{
+    const auto it = m_Objects.find(strKey_p);
+    return it == m_Objects.end() ? nullptr : it->second.get();
+}
+
+long CDocument::GetDocIndex(long &lIndex_p) const
+{
+    lIndex_p = m_lDocIndex;
+    return 1;
+}
+
+long CDocument::GetASPEdited(bool &bASPEdited_p) const
+{
+    bASPEdited_p = m_boolASPEdited;
+    return 1;
+}
+
+long CDocument::GetURL_FullPath(QString &strFullURL_p) const
+{
+    strFullURL_p = DocumentAddress::FullPath(m_Document.href(), m_strURL);
+    return 1;
+}
+
+long CDocument::GetURL(QString &strURL_p) const
+{
+    strURL_p = m_strURL.isEmpty() ? m_Document.pathname() : m_strURL;
+    return 1;
+}
+
+long CDocument::SetOriginalASPDoc(const QString &strASP_p)
+{
+    m_strOriginalASP = strASP_p;
+    return 1;
+}
+
+long CDocument::GetVisible(bool &boolIsVisible_p) const
+{
+    boolIsVisible_p = !m_boolIsIFrame && m_boolIsNotFrameset;
+    return 1;
+}
+
+long CDocument::GetIsIFrame(bool &boolIsIFrame_p) const
+{
+    boolIsIFrame_p = m_boolIsIFrame;
+    return 1;
+}
+
+long CDocument::setDocumentControledByCMS(bool boolDocumentControledByCMS_p)
+{
+    m_boolControledByCMS = boolDocumentControledByCMS_p;
+    return 1;
+}
+
+long CDocument::Init(CDocEventHandler *CDocEventHandler_p)
+{
+    if (InitDocument(CDocEventHandler_p) != 1)
+        return 0;
+    const long bound = BindServerPath();
+    if (bound != 1)
+        return bound;
+    const QString strPath = m_strURL.isEmpty() ? m_Document.pathname() : m_strURL;
+    const QString address = DocumentAddress::DocumentFullAddress(m_Document.href(), m_strURL);
+    g_astrDocURLs.append(address);
+    CheckCMS(address);
+    if (DocumentAddress::CheckExtension(DocumentAddress::ExtensionOf(strPath), boolNoEdit) != 1)
+        return -1;
+    if (m_lDocIndex == 0)
+        m_strTopHTML = m_Document.documentElement().outerHTML();
+    ReadFrames();
+    return 1;
+}
+
+long CDocument::InitDocument(CDocEventHandler *handler)
+{
+    m_DocEventHandler = handler;
+    if (!handler || handler->GetDocument(m_Document) != 1 || handler->GetDocIndex(m_lDocIndex) != 1
+        || handler->GetIE(m_IE) != 1 || handler->GetForm(m_frmVindrell) != 1 || m_Document.isNull()) {
+        MError::SetErrorIfClear(91, QStringLiteral("Object variable not set"), Position(QStringLiteral("Init")));
+        return 0;
+    }
+    return 1;
+}
+
+// Settles m_strURL: empty for an address that names its file, else the
+// file that the folder of the address serves.
+long CDocument::BindServerPath()
+{
+    const auto &sites = MGlobalProjectObjects::URLDATA;
+    const long current = MGlobalProjectObjects::lCurrentURL;
+    const SiteRecord site = current >= 0 && current < long(sites.size()) ? sites[current] : SiteRecord();
+    const long n = DocumentAddress::CalculateNumberSubDomainLevel();
+    const long found = DocumentAddress::ServerPathOf(m_Document.pathname(), m_Document.URL(), site, n, m_strURL);
+    if (found == DocumentAddress::kAskServer)
+        return FindIndexOnServer(m_strURL);
+    return found;
+}
+
+// The server has to tell which file the folder serves. The search that
+// marks each page of the folder and fetches the folder's address is not in
+// the transfer client yet, so an unknown folder is refused as one without
+// an index file.
+long CDocument::FindIndexOnServer(const QString &folder)
+{
+    Q_UNUSED(folder);
+    m_strURL.clear();
+    MError::SetError(kNoIndexFile, MResources::LoadResourceString(kMsgNoSubIndex), Position(QStringLiteral("Init")));
+    return 0;
+}
+
+// Loaded CMS data puts every page under the CMS; a listed page also tells
+// whether this client's user is tied to it.
+void CDocument::CheckCMS(const QString &address)
+{
+    if (g_aCMSUsers.size() > 1)
+        m_boolControledByCMS = true;
+    for (size_t i = 0; i + 1 < g_aCMSPages.size(); ++i) {
+        if (g_aCMSPages[i].strPath != address)
+            continue;
+        m_boolControledByCMS = true;
+        m_boolUserMayEdit = g_aCMSPages[i].sngUsers.contains(g_sngCMSUser);
+        return;
+    }
+}
+
+void CDocument::ReadFrames()
+{
+    m_boolIsNotFrameset = m_Document.getElementsByTagName(QStringLiteral("FRAME")).isEmpty();
+    m_boolIsIFrame = m_boolIsNotFrameset && !m_Document.getElementsByTagName(QStringLiteral("IFRAME")).isEmpty();
+}
+
+long CDocument::SetASPFilter(CASPFilter *CASPFilter_p)
+{
+    m_ASPFilter = CASPFilter_p;
+    m_boolIsASP = true;
+    for (HtmlElement &span : m_Document.getElementsByTagName(QStringLiteral("SPAN"))) {
+        if (span.styleValue(QStringLiteral("keldasp")) == QStringLiteral("true")) {
+            span.setContentEditable(false);
+            const QList<HtmlElement> inner = span.children();
+            if (!inner.isEmpty() && CleanDocument(inner) != 1)
+                return 0;
+        }
+        if (span.styleValue(QStringLiteral("keldasp1")) == QStringLiteral("true"))
+            span.setContentEditable(false);
+    }
+    return 1;
+}
+
+// Everything inside a script's output counts as that output.
+long CDocument::CleanDocument(const QList<HtmlElement> &collection)
+{
+    for (const HtmlElement &element : collection) {
+        HtmlElement e = element;
+        e.setStyleValue(QStringLiteral("keldasp"), QStringLiteral("true"));
+        const QList<HtmlElement> inner = e.children();
+        if (!inner.isEmpty() && CleanDocument(inner) != 1)
+            return 0;
+    }
+    return 1;
+}
+
+// A page whose markers came back changed can't be saved without losing its
+// script, so the file on the server is put back as it was at once.
+long CDocument::IsEditable(CASPFilter &CASPFilter_p)
+{
+    long status = ASPMarkerAudit::MarkersIntact(m_Document.documentElement().outerHTML()) ? 1 : 0;
+    if (status == 1)
+        status = CASPFilter_p.IsEditable(m_strOriginalASP);
+    if (status == 0) {
+        CFTPS ftp;
+        ftp.SendPage(m_strOriginalASP.toLatin1(), m_Document.pathname());
+    }
+    return status;
+}
+
+long CDocument::ShowDisableGlyphs(bool AnchorsOn_p, bool LayerOn_p, bool ScriptsOn_p, bool SpanOn_p, bool FontOn_p)
+{
+    m_Document.execDesign(HtmlDocument::EmptyGlyphTable);
+    GlyphTable::Switches on;
+    on.anchors = AnchorsOn_p;
+    on.layers = LayerOn_p;
+    on.scripts = ScriptsOn_p;
+    on.spans = SpanOn_p;
+    on.fonts = FontOn_p;
+    const QString rows = GlyphTable::rowsText(on);
+    if (!rows.isEmpty())
+        m_Document.execDesign(HtmlDocument::AddToGlyphTable, rows);
+    return 1;
+}
+
+long CDocument::setDocumentWindowHatched()
+{
+    return m_Document.setHatched(true) == 1 ? 1 : 0;
+}
+
+long CDocument::EditOn(bool boolEdit_p)
+{
+    if (!m_boolIsNotFrameset)
+        return boolEdit_p ? EditOnFrameset() : 1;
+    return boolEdit_p ? EditOnPage() : EditOffPage();
+}
+
+// The frames have documents of their own; the frameset only gets borders
+// that can be dragged, and what it had is kept for Save to put back.
+long CDocument::EditOnFrameset()
+{
+    const QList<HtmlElement> framesets = m_Document.getElementsByTagName(QStringLiteral("FRAMESET"));
+    if (framesets.isEmpty())
+        return 1;
+    HtmlElement frameset = framesets.first();
+    m_vFrameBorder = frameset.getAttribute(QStringLiteral("frameBorder"));
+    frameset.setAttribute(QStringLiteral("frameBorder"), QStringLiteral("yes"));
+    m_abNoResize.clear();
+    for (HtmlElement &frame : m_Document.getElementsByTagName(QStringLiteral("FRAME"))) {
+        m_abNoResize.append(!frame.getAttribute(QStringLiteral("noresize")).isNull());
+        frame.setAttribute(QStringLiteral("noresize"), QStringLiteral("noresize"));
+    }
+    return 1;
+}
+
+long CDocument::EditOnPage()
+{
+    m_boolEditedAsHTML = m_boolASPEdited = m_boolStreamChanged = false;
+    m_Objects.clear();
+    const int before = m_Document.allLength();
+    m_Document.setDesignMode(QStringLiteral("On"));
+    PageScriptCall::pumpUntil([this] { return m_Document.allLength() > 0; }, kBodyWaitLimitMs);
+    ShowForeignContentOnce(before);
+    m_Document.execDesign(HtmlDocument::RespectVisibilityInDesign, true);
+    m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
+    m_boolEditOn = true;
+    if (!WaitForBody()) {
+        MError::SetError(kNotLoading, MResources::LoadResourceString(kMsgNotLoading), Position(QStringLiteral("EditOn")));
+        return 0;
+    }
+    m_HTMLBody = m_Document.body();
+    if (m_boolControledByCMS)
+        MarkCMSAreas();
+    if (boolNoEdit)
+        m_HTMLBody.setContentEditable(false);
+    return RegisterImages();
+}
+
+// A script that writes content from elsewhere grows the page; that content
+// is gone in design mode and comes back after it.
+void CDocument::ShowForeignContentOnce(int elementsBefore)
+{
+    const bool scripts = !m_Document.getElementsByTagName(QStringLiteral("SCRIPT")).isEmpty();
+    if (scripts && m_Document.allLength() > elementsBefore)
+        frmMessageBoxOnce::Show(MResources::LoadResourceString(kMsgForeignContent),
+                                MResources::LoadResourceString(kTitleForeignContent), QStringLiteral("ScriptOnPage"));
+}
+
+// Each round waits 100 ms longer than the last, up to about a second.
+bool CDocument::WaitForBody()
+{
+    int waited = 0;
+    for (int round = 1; waited <= kBodyWaitLimitMs; ++round) {
+        if (!m_Document.getElementsByTagName(QStringLiteral("BODY")).isEmpty())
+            return true;
+        PageScriptCall::pumpUntil([] { return false; }, round * 100);
+        waited += round * 100;
+    }
+    return false;
+}
+
+// Areas the user may change get a green frame and are editable; locked
+// areas a red one. Other values of the mark are left alone.
+void CDocument::MarkCMSAreas()
+{
+    m_boolUserMayEdit = true;
+    for (HtmlElement &element : m_Document.all()) {
+        const QString mark = element.getAttribute(QStringLiteral("keldaedit")).toString();
+        if (mark == QStringLiteral("1")) {
+            element.setContentEditable(true);
+            element.setStyleValue(QStringLiteral("border"), QStringLiteral("green 3px dashed"));
+        } else if (mark == QStringLiteral("0")) {
+            element.setStyleValue(QStringLiteral("border"), QStringLiteral("red 3px solid"));
+        }
+    }
+}
+
+// The images are keyed in the page in one call and then registered in the
+// same document order, so key i is the i-th image.
+long CDocument::RegisterImages()
+{
+    const long keyed = m_Document.keyAndStrip(QStringLiteral("IMG"), kKey, {});
+    if (keyed < 0)
+        return 0;
+    for (const HtmlElement &img : m_Document.getElementsByTagName(QStringLiteral("IMG"))) {
+        auto object = std::make_unique<CHTMLImg>();
+        if (object->Init(img, this) != 1)
+            return 0;
+        AddObject(std::move(object));
+    }
+    return 1;
+}
+
+long CDocument::EditOffPage()
+{
+    m_Objects.clear();
+    m_Document.removeAttributesEverywhere({kKey, QStringLiteral("vismark")});
+    m_Document.setDesignMode(QStringLiteral("Off"));
+    m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
+    m_boolEditOn = false;
+    return 1;
+}

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "platform/HtmlDocument.h"
+
+#include <QList>
+#include <QStringList>
+#include <QString>
+#include <QVariant>
+
+#include <map>
+#include <memory>
+
+class CASPFilter;
+class CDocEventHandler;
+class CIHTMLObject;
+class QWidget;
+class WebBrowser;
+
+// One page on screen during an edit session: the top document or one frame.
+// It knows which file on the server it stands for, switches the page engine
+// in and out of design mode, and holds the registry of the page objects.
+class CDocument
+{
+public:
+    CDocument();
+    ~CDocument();
+    CDocument(const CDocument &) = delete;
+    CDocument &operator=(const CDocument &) = delete;
+
+    // A server page type that is shown hatched and skipped by Save.
+    bool boolNoEdit = false;
+
+    long GetDirty(bool &boolDocIsDirty_p) const;
+    long SetDirty();
+    long GetDocumentEventHandler(CDocEventHandler *&CDocEventHandler_p) const;
+    long GetDocument(HtmlDocument &HTMLDocument_p) const;
+    bool IsASPDocument() const { return m_boolIsASP; }
+    long RemoveObject(const QString &strKey_p);
+    // Registers under the key of the current count; gives count + 1.
+    long AddObject(std::unique_ptr<CIHTMLObject> CIHTMLObject_p);
+    CIHTMLObject *Object(const QString &strKey_p) const;
+    long ObjectCount() const { return long(m_Objects.size()); }
+    long GetDocIndex(long &lIndex_p) const;
+    long GetASPEdited(bool &bASPEdited_p) const;
+    long GetURL_FullPath(QString &strFullURL_p) const;
+    long GetURL(QString &strURL_p) const;
+    long SetOriginalASPDoc(const QString &strASP_p);
+    long IsEditable(CASPFilter &CASPFilter_p);
+    long EditOn(bool boolEdit_p);
+    long GetVisible(bool &boolIsVisible_p) const;
+    long GetIsIFrame(bool &boolIsIFrame_p) const;
+    // 1 bound, 0 error pending, -1 a blank page or a type not edited.
+    long Init(CDocEventHandler *CDocEventHandler_p);
+    long SetASPFilter(CASPFilter *CASPFilter_p);
+    long ShowDisableGlyphs(bool AnchorsOn_p, bool LayerOn_p, bool ScriptsOn_p, bool SpanOn_p, bool FontOn_p = false);
+    long setDocumentWindowHatched();
+    bool getDocumentControledByCMS() const { return m_boolControledByCMS; }
+    long setDocumentControledByCMS(bool boolDocumentControledByCMS_p);
+    bool EditIsOn() const { return m_boolEditOn; }
+    bool UserMayEdit() const { return m_boolUserMayEdit; }
+
+    // The full addresses of the documents of the session, one per Init.
+    static QStringList g_astrDocURLs;
+
+private:
+    long InitDocument(CDocEventHandler *handler);
+    long BindServerPath();
+    long FindIndexOnServer(const QString &folder);
+    void CheckCMS(const QString &address);
+    void ReadFrames();
+    long EditOnFrameset();
+    long EditOnPage();
+    long EditOffPage();
+    bool WaitForBody();
+    void ShowForeignContentOnce(int elementsBefore);
+    void MarkCMSAreas();
+    long RegisterImages();
+    long CleanDocument(const QList<HtmlElement> &collection);
+    QString Position(const QString &operation) const;
+
+    bool m_boolControledByCMS = false;
+    bool m_boolUserMayEdit = false;
+    bool m_boolIsNotFrameset = true;
+    bool m_boolDirty = false;
+    WebBrowser *m_IE = nullptr;
+    long m_lDocIndex = 0;
+    bool m_boolIsASP = false;
+    std::map<QString, std::unique_ptr<CIHTMLObject>> m_Objects;
+    bool m_boolEditOn = false;
+    CDocEventHandler *m_DocEventHandler = nullptr;
+    QString m_strTopHTML;
+    QList<bool> m_abNoResize;
+    QVariant m_vFrameBorder;
+    QString m_strURL;
+    CASPFilter *m_ASPFilter = nullptr;
+    QString m_strOriginalASP;
+    QString m_strLastSaved;
+    bool m_boolEditedAsHTML = false;
+    bool m_boolASPEdited = false;
+    bool m_boolStreamChanged = false;
+    bool m_boolIsIFrame = false;
+    bool m_boolGlyphsOn = false;
+    QWidget *m_frmVindrell = nullptr;
+    HtmlDocument m_Document;
+    HtmlElement m_HTMLBody;
+};

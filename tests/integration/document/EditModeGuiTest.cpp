@@ -1,0 +1,193 @@
+// A document bound to a page of the test server, switched in and out of
+// design mode in the real page engine.
+
+#include "TestServers.h"
+#include "cms/CMSTables.h"
+#include "config/MGlobalProjectObjects.h"
+#include "document/CDocEventHandler.h"
+#include "document/CDocument.h"
+#include "objects/CHTMLImg.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "support/MError.h"
+#include "support/UserQuestions.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The main window's side, as far as a document needs it.
+class Window : public CDocEventHandler
+{
+public:
+    explicit Window(WebBrowser *browser) : m_browser(browser) {}
+    long StartTransfer(const QString &) override { return 1; }
+    long EndTransfer(const QString &) override { return 1; }
+    long SetNavigateComplete(const QString &) override { return 1; }
+    long GetNavigateComplete(const QString &, bool &) override { return 1; }
+    long Show(bool) override { return 1; }
+    long Click(long, bool &) override { return 1; }
+    long DebugMsg(const QString &) override { return 1; }
+    long GetFrameNames(QStringList &) override { return 1; }
+    long GetNumberOfFrames() override { return 0; }
+    long GetDocumentTitle(QString &t) override { t = m_browser->Document().title(); return 1; }
+    long LetDocumentTitle(const QString &) override { return 1; }
+    long GetDocument(HtmlDocument &d) override { d = m_browser->Document(); return 1; }
+    long GetIE(WebBrowser *&ie) override { ie = m_browser; return 1; }
+    long GetDocIndex(long &i) override { i = 0; return 1; }
+    long GetForm(QWidget *&f) override { f = nullptr; return 1; }
+    long GetPaneStatus(long &s) override { s = 0; return 1; }
+
+private:
+    WebBrowser *m_browser;
+};
+
+class EditMode : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        browser = new WebBrowser;
+        browser->resize(800, 600);
+        browser->show();
+        SiteRecord site;
+        site.baseaddress = TestServers::shared().httpBase() + QStringLiteral("/");
+        site.isactive = QStringLiteral("1");
+        site.indexfile = QStringLiteral("index.htm");
+        MGlobalProjectObjects::URLDATA = {site};
+        MGlobalProjectObjects::lCurrentURL = 0;
+    }
+    static void TearDownTestSuite()
+    {
+        delete browser;
+        browser = nullptr;
+        MGlobalProjectObjects::URLDATA.clear();
+    }
+    void SetUp() override
+    {
+        MError::ClearError();
+        ResetCMSTables();
+    }
+
+    // Loads the page and binds a fresh document to it.
+    std::unique_ptr<CDocument> open(const QString &path, const QByteArray &body)
+    {
+        TestServers::shared().writeWebFile(path, body);
+        browser->Navigate2(TestServers::shared().httpBase() + QStringLiteral("/") + path, WebBrowser::NavNoReadFromCache);
+        PageScriptCall::pumpUntil([] { return browser->ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+        EXPECT_TRUE(browser->waitUntilComplete());
+        auto doc = std::make_unique<CDocument>();
+        EXPECT_EQ(doc->Init(&window), 1) << MError::ErrorDescription().toStdString();
+        return doc;
+    }
+
+    static QString html() { return browser->Document().documentElement().outerHTML(); }
+
+    static WebBrowser *browser;
+    Window window{nullptr};
+};
+
+WebBrowser *EditMode::browser = nullptr;
+
+QByteArray pageWithImages(int count)
+{
+    QByteArray page = "<html><body><p>Pictures</p>";
+    for (int i = 0; i < count; ++i)
+        page += "<img src=\"x" + QByteArray::number(i) + ".gif\" vismark=\"true\">";
+    return page + "</body></html>";
+}
+
+} // namespace
+
+TEST_F(EditMode, OnRegistersEveryImageAndOffLeavesNoMarks)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/images.htm"), pageWithImages(3));
+    ASSERT_EQ(doc->EditOn(true), 1);
+    EXPECT_EQ(browser->Document().designMode(), QStringLiteral("On"));
+    ASSERT_EQ(doc->ObjectCount(), 3);
+    const QList<HtmlElement> imgs = browser->Document().getElementsByTagName(QStringLiteral("IMG"));
+    for (int i = 0; i < imgs.size(); ++i) {
+        EXPECT_EQ(imgs[i].getAttribute(QStringLiteral("keldaKey")).toString(), QString::number(i));
+        EXPECT_EQ(doc->Object(QString::number(i))->Element(), imgs[i]);
+    }
+    ASSERT_EQ(doc->EditOn(false), 1);
+    EXPECT_EQ(browser->Document().designMode(), QStringLiteral("Off"));
+    EXPECT_EQ(doc->ObjectCount(), 0);
+    EXPECT_FALSE(html().contains(QStringLiteral("keldakey"), Qt::CaseInsensitive));
+    EXPECT_FALSE(html().contains(QStringLiteral("vismark"), Qt::CaseInsensitive));
+    // A second switch off is harmless.
+    EXPECT_EQ(doc->EditOn(false), 1);
+}
+
+TEST_F(EditMode, CmsAreasGetTheirFrames)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/cms.htm"),
+                    "<html><body><div id=a keldaedit=1>free</div><div id=b keldaedit=0>locked</div>"
+                    "<div id=c keldaedit=2>other</div></body></html>");
+    doc->setDocumentControledByCMS(true);
+    ASSERT_EQ(doc->EditOn(true), 1);
+    HtmlDocument page = browser->Document();
+    const HtmlElement a = page.getElementById(QStringLiteral("a"));
+    const HtmlElement b = page.getElementById(QStringLiteral("b"));
+    const HtmlElement c = page.getElementById(QStringLiteral("c"));
+    EXPECT_TRUE(a.styleValue(QStringLiteral("border")).contains(QStringLiteral("dashed")));
+    EXPECT_TRUE(a.styleValue(QStringLiteral("border")).contains(QStringLiteral("green")));
+    EXPECT_EQ(a.contentEditable(), QStringLiteral("true"));
+    EXPECT_TRUE(b.styleValue(QStringLiteral("border")).contains(QStringLiteral("red")));
+    EXPECT_NE(b.contentEditable(), QStringLiteral("true"));
+    EXPECT_TRUE(c.styleValue(QStringLiteral("border")).isEmpty());
+    EXPECT_TRUE(doc->UserMayEdit());
+    doc->EditOn(false);
+}
+
+// The rows of the glyph table follow the table's order, whatever the order
+// of the switches.
+TEST_F(EditMode, GlyphRowsInTheirOrder)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/glyphs.htm"), "<html><body><p>x</p></body></html>");
+    ASSERT_EQ(doc->EditOn(true), 1);
+    const auto tags = [] {
+        const HtmlElement style = browser->Document().getElementById(QStringLiteral("__kelda_glyphs"));
+        QStringList found;
+        if (style.isNull())
+            return found;
+        for (const QString &rule : style.innerHTML().split(QLatin1Char('\n'))) {
+            const QString tag = rule.section(QLatin1Char(':'), 0, 0).section(QLatin1Char('{'), 0, 0);
+            if (found.isEmpty() || found.last() != tag)
+                found.append(tag);
+        }
+        return found;
+    };
+    doc->ShowDisableGlyphs(false, false, false, true);
+    EXPECT_EQ(tags(), (QStringList{QStringLiteral("br"), QStringLiteral("p"), QStringLiteral("span")}));
+    doc->ShowDisableGlyphs(true, false, false, true);
+    EXPECT_EQ(tags(), (QStringList{QStringLiteral("a"), QStringLiteral("h1"), QStringLiteral("h2"), QStringLiteral("h3"),
+                                   QStringLiteral("h4"), QStringLiteral("h5"), QStringLiteral("h6"), QStringLiteral("br"),
+                                   QStringLiteral("p"), QStringLiteral("span")}));
+    // Fonts alone add nothing: the table is emptied.
+    doc->ShowDisableGlyphs(false, false, false, false, true);
+    EXPECT_TRUE(tags().isEmpty());
+    doc->EditOn(false);
+}
+
+TEST_F(EditMode, AddressesAndTypes)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/a.htm"), "<html><body><iframe src=\"about:blank\"></iframe></body></html>");
+    QString url;
+    doc->GetURL(url);
+    EXPECT_EQ(url, QStringLiteral("/edit/a.htm"));
+    bool visible = true;
+    doc->GetVisible(visible);
+    EXPECT_FALSE(visible);
+
+    TestServers::shared().writeWebFile(QStringLiteral("edit/pic.gif"), "GIF89a");
+    browser->Navigate2(TestServers::shared().httpBase() + QStringLiteral("/edit/pic.gif"), WebBrowser::NavNoReadFromCache);
+    PageScriptCall::pumpUntil([] { return browser->ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+    browser->waitUntilComplete();
+    CDocument image;
+    EXPECT_EQ(image.Init(&window), -1);
+}
