@@ -143,7 +143,8 @@ long DocumentAddress::ServerPathOf(const QString &pathname, const QString &docum
 {
     strURL.clear();
     QString path = pathname.toLower();
-    if (path == QStringLiteral("/blank"))
+    // The blank page has "/blank" in some engines and "blank" in this one.
+    if (path == QStringLiteral("/blank") || path == QStringLiteral("blank"))
         return -1;
     if (path.contains(QLatin1Char('%')))
         path = GetCodedURL(path);

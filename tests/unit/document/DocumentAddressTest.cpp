@@ -89,6 +89,7 @@ TEST(DocumentAddress, ServerPathOfAddresses)
     site.subindex = {QStringLiteral("/news/start.htm"), QString(), QStringLiteral("/late/x.htm")};
     QString url;
     EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/blank"), QStringLiteral("about:blank"), site, 1, url), -1);
+    EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("blank"), QStringLiteral("about:blank"), site, 1, url), -1);
     EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/a.htm"), QStringLiteral("http://host/~user/a.htm"),
                                             site, 1, url), 1);
     EXPECT_TRUE(url.isEmpty());

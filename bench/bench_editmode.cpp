@@ -1,0 +1,110 @@
+// Entering and leaving edit mode on a large page: 5,000 elements, 500 of
+// them images that each become a registered object.
+
+#include "document/CDocEventHandler.h"
+#include "document/CDocument.h"
+#include "platform/HtmlDocument.h"
+#include "platform/PageEngineEnvironment.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "support/MError.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+QByteArray bigPage()
+{
+    QByteArray html = "<html><head><title>Big</title></head><body>\n";
+    int elements = 4;
+    for (int i = 0; i < 500; ++i, ++elements)
+        html += "<img src=\"x.png\" width=\"4\" height=\"4\" vismark=\"true\">\n";
+    while (elements < 5000) {
+        html += "<p vismark=\"true\">text <span>more</span></p>\n";
+        elements += 2;
+    }
+    return html + "</body></html>\n";
+}
+
+class Host : public CDocEventHandler
+{
+public:
+    explicit Host(WebBrowser *browser) : m_browser(browser) {}
+    long StartTransfer(const QString &) override { return 1; }
+    long EndTransfer(const QString &) override { return 1; }
+    long SetNavigateComplete(const QString &) override { return 1; }
+    long GetNavigateComplete(const QString &, bool &) override { return 1; }
+    long Show(bool) override { return 1; }
+    long Click(long, bool &) override { return 1; }
+    long DebugMsg(const QString &) override { return 1; }
+    long GetFrameNames(QStringList &) override { return 1; }
+    long GetNumberOfFrames() override { return 0; }
+    long GetDocumentTitle(QString &) override { return 1; }
+    long LetDocumentTitle(const QString &) override { return 1; }
+    long GetDocument(HtmlDocument &d) override { d = m_browser->Document(); return 1; }
+    long GetIE(WebBrowser *&ie) override { ie = m_browser; return 1; }
+    long GetDocIndex(long &i) override { i = 0; return 1; }
+    long GetForm(QWidget *&f) override { f = nullptr; return 1; }
+    long GetPaneStatus(long &s) override { s = 0; return 1; }
+
+private:
+    WebBrowser *m_browser;
+};
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    PageEngineEnvironment::prepare();
+    QApplication app(argc, argv);
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("big.htm")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bigPage()) < 0)
+        return 1;
+    file.close();
+
+    WebBrowser browser;
+    browser.resize(800, 600);
+    browser.show();
+    Host host(&browser);
+    std::vector<double> on, off;
+    for (int round = 0; round < 5; ++round) {
+        browser.Navigate2(QUrl::fromLocalFile(file.fileName()).toString());
+        PageScriptCall::pumpUntil([&] { return browser.ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+        if (!browser.waitUntilComplete())
+            return 2;
+        CDocument doc;
+        if (doc.Init(&host) != 1) {
+            std::fprintf(stderr, "init: %s\n", qPrintable(MError::ErrorDescription()));
+            return 3;
+        }
+        QElapsedTimer timer;
+        timer.start();
+        if (doc.EditOn(true) != 1 || doc.ObjectCount() != 500) {
+            std::fprintf(stderr, "edit on: %ld objects, %s\n", doc.ObjectCount(), qPrintable(MError::ErrorDescription()));
+            return 4;
+        }
+        on.push_back(timer.nsecsElapsed() / 1e6);
+        timer.restart();
+        if (doc.EditOn(false) != 1)
+            return 5;
+        off.push_back(timer.nsecsElapsed() / 1e6);
+    }
+    std::printf("editon_ms %.1f ms\n", median(on));
+    std::printf("editoff_ms %.1f ms\n", median(off));
+    return 0;
+}
