@@ -8,6 +8,7 @@
 #include "document/ASPMarkerAudit.h"
 #include "document/CDocEventHandler.h"
 #include "document/DocumentAddress.h"
+#include "document/FolderIndexSearch.h"
 #include "objects/CHTMLImg.h"
 #include "platform/GlyphTable.h"
 #include "platform/PageScriptCall.h"
@@ -180,16 +181,28 @@ long CDocument::BindServerPath()
     return found;
 }
 
-// The server has to tell which file the folder serves. The search that
-// marks each page of the folder and fetches the folder's address is not in
-// the transfer client yet, so an unknown folder is refused as one without
-// an index file.
-long CDocument::FindIndexOnServer(const QString &folder)
+// The server tells which file the folder serves; the answer is kept in
+// the site's subindex so that the next visit needs no FTP session.
+long CDocument::FindIndexOnServer(QString folder)
 {
-    Q_UNUSED(folder);
     m_strURL.clear();
-    MError::SetError(kNoIndexFile, MResources::LoadResourceString(kMsgNoSubIndex), Position(QStringLiteral("Init")));
-    return 0;
+    QString index;
+    const long result = FolderIndexSearch::GetSpecificIndexFile(folder, index);
+    if (result == 0)
+        return 0;
+    if (result != 1) {
+        MError::SetError(kNoIndexFile, MResources::LoadResourceString(kMsgNoSubIndex), Position(QStringLiteral("Init")));
+        return 0;
+    }
+    m_strURL = folder + index;
+    auto &sites = MGlobalProjectObjects::URLDATA;
+    const long current = MGlobalProjectObjects::lCurrentURL;
+    if (current >= 0 && current < long(sites.size())) {
+        DocumentAddress::AddSubIndex(sites[current].subindex, m_strURL);
+        CPublicSettings settings;
+        settings.SetURLSettings();
+    }
+    return 1;
 }
 
 // Loaded CMS data puts every page under the CMS; a listed page also tells

@@ -65,7 +65,7 @@ public:
 private:
     long InitDocument(CDocEventHandler *handler);
     long BindServerPath();
-    long FindIndexOnServer(const QString &folder);
+    long FindIndexOnServer(QString folder); // by value: the caller passes m_strURL
     void CheckCMS(const QString &address);
     void ReadFrames();
     long EditOnFrameset();

@@ -913,6 +913,15 @@ long CFTPS::RemoveFile(const QString &strURL_p)
                   [](const Failure &failure) { return failure.number == errProtocol; });
 }
 
+long CFTPS::ListFolderFiles(const QString &strURL_p, QStringList &names_p)
+{
+    Running running(m_boolRunning);
+    QString folder, file;
+    if (GoToFile(strURL_p, folder, file) != 1 || !ListFileNames(names_p))
+        return Fail(QStringLiteral("CFTPS.ListFolderFiles"));
+    return 1;
+}
+
 long CFTPS::RemoveDir(const QString &strURL_p)
 {
     return OnFile(strURL_p, QStringLiteral("CFTPS.RemoveDir"),

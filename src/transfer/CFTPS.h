@@ -82,6 +82,9 @@ public:
     long CopyFile(const QString &strURL_p, const QString &strCopyFile_p);
     long RenameFile(const QString &strURL_p, const QString &strNewFileName_p);
     long RemoveFile(const QString &strURL_p);
+    // The names of the files in the folder of a page address; an address
+    // ending in "/" names the folder itself.
+    long ListFolderFiles(const QString &strURL_p, QStringList &names_p);
     long RemoveDir(const QString &strURL_p);
     long CreateDir(const QString &strURL_p);
     long CreateFolder(const QString &strPath_p, const QString &strFolderName_p);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "document/CDocEventHandler.h"
+#include "platform/WebBrowser.h"
+
+namespace document_test {
+
+// The main window's side, as far as a document needs it.
+class Window : public CDocEventHandler
+{
+public:
+    explicit Window(WebBrowser *browser) : m_browser(browser) {}
+    long StartTransfer(const QString &) override { return 1; }
+    long EndTransfer(const QString &) override { return 1; }
+    long SetNavigateComplete(const QString &) override { return 1; }
+    long GetNavigateComplete(const QString &, bool &) override { return 1; }
+    long Show(bool) override { return 1; }
+    long Click(long, bool &) override { return 1; }
+    long DebugMsg(const QString &) override { return 1; }
+    long GetFrameNames(QStringList &) override { return 1; }
+    long GetNumberOfFrames() override { return 0; }
+    long GetDocumentTitle(QString &t) override { t = m_browser->Document().title(); return 1; }
+    long LetDocumentTitle(const QString &) override { return 1; }
+    long GetDocument(HtmlDocument &d) override { d = m_browser->Document(); return 1; }
+    long GetIE(WebBrowser *&ie) override { ie = m_browser; return 1; }
+    long GetDocIndex(long &i) override { i = 0; return 1; }
+    long GetForm(QWidget *&f) override { f = nullptr; return 1; }
+    long GetPaneStatus(long &s) override { s = 0; return 1; }
+
+private:
+    WebBrowser *m_browser;
+};
+
+} // namespace document_test
