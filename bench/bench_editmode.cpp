@@ -1,7 +1,7 @@
 // Entering and leaving edit mode on a large page: 5,000 elements, 500 of
 // them images that each become a registered object.
 
-#include "document/CDocEventHandler.h"
+#include "../tests/integration/document/DocumentWindow.h"
 #include "document/CDocument.h"
 #include "platform/HtmlDocument.h"
 #include "platform/PageEngineEnvironment.h"
@@ -34,31 +34,6 @@ QByteArray bigPage()
     return html + "</body></html>\n";
 }
 
-class Host : public CDocEventHandler
-{
-public:
-    explicit Host(WebBrowser *browser) : m_browser(browser) {}
-    long StartTransfer(const QString &) override { return 1; }
-    long EndTransfer(const QString &) override { return 1; }
-    long SetNavigateComplete(const QString &) override { return 1; }
-    long GetNavigateComplete(const QString &, bool &) override { return 1; }
-    long Show(bool) override { return 1; }
-    long Click(long, bool &) override { return 1; }
-    long DebugMsg(const QString &) override { return 1; }
-    long GetFrameNames(QStringList &) override { return 1; }
-    long GetNumberOfFrames() override { return 0; }
-    long GetDocumentTitle(QString &) override { return 1; }
-    long LetDocumentTitle(const QString &) override { return 1; }
-    long GetDocument(HtmlDocument &d) override { d = m_browser->Document(); return 1; }
-    long GetIE(WebBrowser *&ie) override { ie = m_browser; return 1; }
-    long GetDocIndex(long &i) override { i = 0; return 1; }
-    long GetForm(QWidget *&f) override { f = nullptr; return 1; }
-    long GetPaneStatus(long &s) override { s = 0; return 1; }
-
-private:
-    WebBrowser *m_browser;
-};
-
 double median(std::vector<double> v)
 {
     std::sort(v.begin(), v.end());
@@ -80,7 +55,7 @@ int main(int argc, char **argv)
     WebBrowser browser;
     browser.resize(800, 600);
     browser.show();
-    Host host(&browser);
+    document_test::Window host(&browser);
     std::vector<double> on, off;
     for (int round = 0; round < 5; ++round) {
         browser.Navigate2(QUrl::fromLocalFile(file.fileName()).toString());

@@ -1,7 +1,12 @@
 #pragma once
 
 #include "document/CDocEventHandler.h"
+#include "TestServers.h"
+#include "config/MGlobalProjectObjects.h"
+#include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
+
+#include <gtest/gtest.h>
 
 namespace document_test {
 
@@ -29,6 +34,40 @@ public:
 
 private:
     WebBrowser *m_browser;
+};
+
+inline void useDemoSite()
+{
+    TestServers &servers = TestServers::shared();
+    SiteRecord site;
+    site.userid = QString::fromLatin1(TestServers::User);
+    site.password = QString::fromLatin1(TestServers::Password);
+    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers.ftpPort());
+    site.baseaddress = servers.httpBase();
+    site.ftproot = QStringLiteral("/www");
+    site.isactive = QStringLiteral("1");
+    site.indexfile = QStringLiteral("index.htm");
+    MGlobalProjectObjects::URLDATA = {site};
+    MGlobalProjectObjects::lCurrentURL = 0;
+}
+
+inline void load(WebBrowser &browser, const QString &address)
+{
+    browser.Navigate2(address, WebBrowser::NavNoReadFromCache);
+    PageScriptCall::pumpUntil([&] { return browser.ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+    EXPECT_TRUE(browser.waitUntilComplete());
+}
+
+// A browser on screen with its window side, for one test.
+struct Screen
+{
+    Screen()
+    {
+        browser.resize(800, 600);
+        browser.show();
+    }
+    WebBrowser browser;
+    Window window{&browser};
 };
 
 } // namespace document_test

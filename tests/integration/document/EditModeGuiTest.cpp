@@ -167,3 +167,24 @@ TEST_F(EditMode, AddressesAndTypes)
     CDocument image;
     EXPECT_EQ(image.Init(&window), -1);
 }
+
+// A frameset gets borders that can be dragged and fixed frames; the frames
+// keep documents of their own, so nothing is registered here.
+TEST_F(EditMode, FramesetOnlyChangesItsBorders)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/frames.htm"),
+                    "<html><frameset cols=\"50%,50%\" frameborder=\"no\"><frame src=\"a.htm\" noresize>"
+                    "<frame src=\"a.htm\"></frameset></html>");
+    bool visible = true;
+    doc->GetVisible(visible);
+    EXPECT_FALSE(visible);
+    ASSERT_EQ(doc->EditOn(true), 1);
+    HtmlDocument page = browser->Document();
+    EXPECT_EQ(page.getElementsByTagName(QStringLiteral("FRAMESET")).first().getAttribute(QStringLiteral("frameBorder")),
+              QStringLiteral("yes"));
+    for (const HtmlElement &frame : page.getElementsByTagName(QStringLiteral("FRAME")))
+        EXPECT_FALSE(frame.getAttribute(QStringLiteral("noresize")).isNull());
+    EXPECT_EQ(page.designMode(), QStringLiteral("Off"));
+    EXPECT_EQ(doc->ObjectCount(), 0);
+}
