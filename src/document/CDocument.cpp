@@ -28,6 +28,7 @@ constexpr long kTitleForeignContent = 22001;
 constexpr long kMsgNoSubIndex = 22002;
 constexpr long kMsgNotLoading = 22003;
 constexpr int kBodyWaitLimitMs = 1000;
+constexpr qsizetype kTextRangeMinimum = 21;
 
 const QString kKey = QStringLiteral("keldaKey");
 
@@ -335,7 +336,11 @@ long CDocument::EditOnPage()
         MarkCMSAreas();
     if (boolNoEdit)
         m_HTMLBody.setContentEditable(false);
-    return RegisterImages();
+    if (RegisterImages() != 1)
+        return 0;
+    if (m_HTMLBody.innerText().size() >= kTextRangeMinimum)
+        m_TextRange = HtmlTextRange::aroundElement(m_HTMLBody);
+    return 1;
 }
 
 // A script that writes content from elsewhere grows the page; that content
@@ -396,6 +401,7 @@ long CDocument::RegisterImages()
 long CDocument::EditOffPage()
 {
     m_Objects.clear();
+    m_TextRange = HtmlTextRange();
     m_Document.removeAttributesEverywhere({kKey, QStringLiteral("vismark")});
     m_Document.setDesignMode(QStringLiteral("Off"));
     m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);

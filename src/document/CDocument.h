@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/HtmlDocument.h"
+#include "platform/HtmlTextRange.h"
 
 #include <QList>
 #include <QStringList>
@@ -58,6 +59,7 @@ public:
     long setDocumentControledByCMS(bool boolDocumentControledByCMS_p);
     bool EditIsOn() const { return m_boolEditOn; }
     bool UserMayEdit() const { return m_boolUserMayEdit; }
+    HtmlTextRange TextRange() const { return m_TextRange; }
 
     // The full addresses of the documents of the session, one per Init.
     static QStringList g_astrDocURLs;
@@ -103,4 +105,5 @@ private:
     QWidget *m_frmVindrell = nullptr;
     HtmlDocument m_Document;
     HtmlElement m_HTMLBody;
+    HtmlTextRange m_TextRange; // the body's text, kept for pages of some length
 };
