@@ -67,7 +67,7 @@ WebBrowser *EditMode::browser = nullptr;
 
 QByteArray pageWithImages(int count)
 {
-    QByteArray page = "<html><body><p>Pictures of the summer house</p>";
+    QByteArray page = "<html><body><script>var counter = 1;</script><p>Pictures of the summer house</p>";
     for (int i = 0; i < count; ++i)
         page += "<img src=\"x" + QByteArray::number(i) + ".gif\" vismark=\"true\">";
     return page + "</body></html>";
@@ -79,7 +79,10 @@ TEST_F(EditMode, OnRegistersEveryImageAndOffLeavesNoMarks)
 {
     window = Window(browser);
     auto doc = open(QStringLiteral("edit/images.htm"), pageWithImages(3));
+    const qsizetype shown = UserQuestions::ShownSoFar().size();
     ASSERT_EQ(doc->EditOn(true), 1);
+    // Its script adds nothing to the page, so no word of foreign content.
+    EXPECT_EQ(UserQuestions::ShownSoFar().size(), shown);
     EXPECT_EQ(browser->Document().designMode(), QStringLiteral("On"));
     EXPECT_FALSE(doc->TextRange().isNull());
     ASSERT_EQ(doc->ObjectCount(), 3);
@@ -190,4 +193,14 @@ TEST_F(EditMode, FramesetOnlyChangesItsBorders)
         EXPECT_FALSE(frame.getAttribute(QStringLiteral("noresize")).isNull());
     EXPECT_EQ(page.designMode(), QStringLiteral("Off"));
     EXPECT_EQ(doc->ObjectCount(), 0);
+}
+
+// A page that is only shown, not edited, is hatched and stays in browse mode.
+TEST_F(EditMode, PagesNotEditedAreHatched)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/list.htm"), "<html><body><p>list</p></body></html>");
+    EXPECT_EQ(doc->setDocumentWindowHatched(), 1);
+    EXPECT_TRUE(html().contains(QStringLiteral("repeating-linear-gradient")));
+    EXPECT_EQ(browser->Document().designMode(), QStringLiteral("Off"));
 }
