@@ -66,6 +66,13 @@ struct Screen
         browser.resize(800, 600);
         browser.show();
     }
+    // Puts the page on the demo site and shows it.
+    void open(const QString &path, const QByteArray &body)
+    {
+        useDemoSite();
+        TestServers::shared().writeWebFile(path, body);
+        load(browser, TestServers::shared().httpBase() + QStringLiteral("/") + path);
+    }
     WebBrowser browser;
     Window window{&browser};
 };

@@ -26,14 +26,10 @@ QByteArray block(long id)
 TEST(ScriptPage, RepeatedMarkersRefuseThePageAndPutTheOriginalBack)
 {
     TestServers &servers = TestServers::shared();
-    document_test::useDemoSite();
-    servers.writeWebFile(QStringLiteral("loop/page.htm"), "<html><body>" + block(0) + block(0) + "</body></html>");
     document_test::Screen screen;
-    WebBrowser &browser = screen.browser;
-    document_test::Window &window = screen.window;
-    document_test::load(browser, servers.httpBase() + QStringLiteral("/loop/page.htm"));
+    screen.open(QStringLiteral("loop/page.htm"), "<html><body>" + block(0) + block(0) + "</body></html>");
     CDocument doc;
-    ASSERT_EQ(doc.Init(&window), 1);
+    ASSERT_EQ(doc.Init(&screen.window), 1);
     const QString original = QStringLiteral("<html><body><%for i=1 to 2%>x<%next%></body></html>");
     doc.SetOriginalASPDoc(original);
     CASPFilter filter;
@@ -43,19 +39,14 @@ TEST(ScriptPage, RepeatedMarkersRefuseThePageAndPutTheOriginalBack)
 
 TEST(ScriptPage, ScriptOutputIsNotEditable)
 {
-    TestServers &servers = TestServers::shared();
-    document_test::useDemoSite();
-    servers.writeWebFile(QStringLiteral("loop/out.htm"), "<html><body><p>text</p>" + block(0) + "</body></html>");
     document_test::Screen screen;
-    WebBrowser &browser = screen.browser;
-    document_test::Window &window = screen.window;
-    document_test::load(browser, servers.httpBase() + QStringLiteral("/loop/out.htm"));
+    screen.open(QStringLiteral("loop/out.htm"), "<html><body><p>text</p>" + block(0) + "</body></html>");
     CDocument doc;
-    ASSERT_EQ(doc.Init(&window), 1);
+    ASSERT_EQ(doc.Init(&screen.window), 1);
     CASPFilter filter;
     ASSERT_EQ(doc.SetASPFilter(&filter), 1);
     EXPECT_TRUE(doc.IsASPDocument());
-    const HtmlElement b = browser.Document().getElementsByTagName(QStringLiteral("B")).first();
+    const HtmlElement b = screen.browser.Document().getElementsByTagName(QStringLiteral("B")).first();
     EXPECT_EQ(b.styleValue(QStringLiteral("keldasp")), QStringLiteral("true"));
     EXPECT_EQ(b.parentElement().contentEditable(), QStringLiteral("false"));
     ASSERT_EQ(doc.EditOn(true), 1);
