@@ -1,0 +1,603 @@
+#include "FtpControl.h"
+
+#include "BlockingCall.h"
+#include "CurlErrorMap.h"
+#include "FtpListParser.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QUrl>
+
+#include <curl/curl.h>
+
+#include <memory>
+
+// The state of one call, shared with libcurl's callbacks on the worker thread.
+struct FtpControl::Call
+{
+    FtpControl *self = nullptr;
+    bool ascii = false;
+    bool deliverData = true;      // Transfer events carry the data
+    bool listing = false;
+    bool longListing = false;
+    std::unique_ptr<QSaveFile> target; // the local file of a Download
+    std::unique_ptr<QFile> source;     // the local file of an Upload
+    QByteArray pending;           // a listing line not yet ended
+    bool pendingCr = false;       // ASCII download: a CR at the end of a chunk
+    qint64 bytes = 0;
+    bool started = false;
+    bool dataPhase = false;       // a data connection was asked for
+    QString lastCommand;
+    QString errorReply;           // the last reply of 400 and above
+    QString lastPwd;              // the folder of the last 257 reply
+    QByteArray replyBuffer;
+    char detail[CURL_ERROR_SIZE] = {0};
+    long osErrno = 0;
+    QDateTime now = QDateTime::currentDateTime(); // dates the entries of a listing
+    curl_slist *quote = nullptr;  // raw commands sent before the call's own
+
+    ~Call() { curl_slist_free_all(quote); }
+};
+
+// libcurl's callbacks: they run on the worker thread and only post events.
+struct FtpCallbacks
+{
+    static void started(FtpControl::Call &call)
+    {
+        if (call.started)
+            return;
+        call.started = true;
+        FtpControl *self = call.self;
+        self->post([self] { emit self->StartTransfer(); });
+    }
+
+    static void transferred(FtpControl::Call &call, const QByteArray &text)
+    {
+        call.bytes += text.size();
+        FtpControl *self = call.self;
+        const qint64 total = call.bytes;
+        const QByteArray shown = call.deliverData ? text : QByteArray();
+        self->post([self, total, shown] { emit self->Transfer(total, shown); });
+    }
+
+    static QByteArray fromAscii(FtpControl::Call &call, const char *data, size_t size)
+    {
+        QByteArray out;
+        out.reserve(qsizetype(size) + 1);
+        if (call.pendingCr) {
+            if (size == 0 || data[0] != '\n')
+                out.append('\r');
+            call.pendingCr = false;
+        }
+        for (size_t i = 0; i < size; ++i) {
+            if (data[i] == '\r') {
+                if (i + 1 == size) {
+                    call.pendingCr = true;
+                    continue;
+                }
+                if (data[i + 1] == '\n')
+                    continue;
+            }
+            out.append(data[i]);
+        }
+        return out;
+    }
+
+    // Entries go to the caller in one event per chunk received: a folder of
+    // thousands of files must not cost thousands of cross-thread events.
+    static void listLines(FtpControl::Call &call, const char *data, size_t size, bool last)
+    {
+        call.pending.append(data, qsizetype(size));
+        QList<FtpListEntry> entries;
+        qsizetype start = 0;
+        for (;;) {
+            qsizetype end = call.pending.indexOf('\n', start);
+            if (end < 0)
+                break;
+            listLine(call, call.pending.mid(start, end - start), entries);
+            start = end + 1;
+        }
+        call.pending.remove(0, start);
+        if (last && !call.pending.isEmpty()) {
+            listLine(call, call.pending, entries);
+            call.pending.clear();
+        }
+        if (entries.isEmpty())
+            return;
+        FtpControl *self = call.self;
+        self->post([self, entries] {
+            for (const FtpListEntry &entry : entries) {
+                self->m_fileSize = entry.size;
+                self->m_fileTime = entry.time;
+                emit self->DirList(entry.entry, entry.fileName, entry.isDir, entry.size, entry.time);
+            }
+        });
+    }
+
+    static void listLine(FtpControl::Call &call, QByteArray line, QList<FtpListEntry> &entries)
+    {
+        if (line.endsWith('\r'))
+            line.chop(1);
+        if (line.isEmpty())
+            return;
+        FtpListEntry entry;
+        const QString text = QString::fromUtf8(line);
+        if (call.longListing) {
+            if (!FtpListParser::parseLine(text, entry, call.now))
+                return;
+        } else {
+            entry.entry = text;
+            entry.fileName = text;
+        }
+        entries.append(entry);
+    }
+
+    static size_t write(char *data, size_t, size_t size, void *user)
+    {
+        auto &call = *static_cast<FtpControl::Call *>(user);
+        if (call.self->m_abort)
+            return 0;
+        if (call.listing) {
+            listLines(call, data, size, false);
+            return size;
+        }
+        started(call);
+        const QByteArray text = call.ascii ? fromAscii(call, data, size)
+                                           : QByteArray(data, qsizetype(size));
+        if (call.target && call.target->write(text) != text.size())
+            return 0;
+        transferred(call, text);
+        return size;
+    }
+
+    static size_t read(char *buffer, size_t, size_t size, void *user)
+    {
+        auto &call = *static_cast<FtpControl::Call *>(user);
+        if (call.self->m_abort)
+            return CURL_READFUNC_ABORT;
+        started(call);
+        // In ASCII mode a lone LF goes out as CRLF, so reading leaves room.
+        const qint64 want = call.ascii ? qint64(size / 2) : qint64(size);
+        QByteArray chunk = call.source->read(want);
+        if (chunk.isEmpty())
+            return 0;
+        QByteArray wire = chunk;
+        if (call.ascii) {
+            wire.clear();
+            for (qsizetype i = 0; i < chunk.size(); ++i) {
+                if (chunk[i] == '\n' && (i == 0 ? !call.pendingCr : chunk[i - 1] != '\r'))
+                    wire.append('\r');
+                wire.append(chunk[i]);
+            }
+            call.pendingCr = chunk.endsWith('\r');
+        }
+        memcpy(buffer, wire.constData(), size_t(wire.size()));
+        transferred(call, chunk);
+        return size_t(wire.size());
+    }
+
+    static int progress(void *user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+    {
+        auto &call = *static_cast<FtpControl::Call *>(user);
+        return call.self->m_abort ? 1 : 0;
+    }
+
+    static void trail(FtpControl::Call &call, int direction, const QString &line)
+    {
+        if (line.isEmpty())
+            return;
+        QString shown = line;
+        if (direction == 0) {
+            call.lastCommand = line.section(QLatin1Char(' '), 0, 0).toUpper();
+            if (call.lastCommand == QLatin1String("PASS"))
+                shown = QStringLiteral("PASS ****");
+            static const QStringList dataCommands = {QStringLiteral("PASV"), QStringLiteral("EPSV"),
+                                                     QStringLiteral("PORT"), QStringLiteral("EPRT")};
+            if (dataCommands.contains(call.lastCommand))
+                call.dataPhase = true;
+        } else {
+            reply(call, line);
+        }
+        FtpControl *self = call.self;
+        self->post([self, direction, shown] { emit self->PITrail(direction, shown); });
+    }
+
+    static void reply(FtpControl::Call &call, const QString &line)
+    {
+        static const QRegularExpression final(QStringLiteral("^(\\d{3}) "));
+        const QRegularExpressionMatch m = final.match(line);
+        if (!m.hasMatch())
+            return;
+        const int code = m.captured(1).toInt();
+        if (code >= 400)
+            call.errorReply = line;
+        if (code == 257) {
+            static const QRegularExpression quoted(QStringLiteral("^257 \"((?:[^\"]|\"\")*)\""));
+            const QRegularExpressionMatch q = quoted.match(line);
+            if (q.hasMatch())
+                call.lastPwd = q.captured(1).replace(QStringLiteral("\"\""), QStringLiteral("\""));
+        }
+    }
+
+    static int debug(CURL *, curl_infotype type, char *data, size_t size, void *user)
+    {
+        if (type != CURLINFO_HEADER_IN && type != CURLINFO_HEADER_OUT)
+            return 0;
+        auto &call = *static_cast<FtpControl::Call *>(user);
+        const int direction = type == CURLINFO_HEADER_OUT ? 0 : 1;
+        const QByteArray text(data, qsizetype(size));
+        for (const QByteArray &line : text.split('\n')) {
+            QByteArray clean = line;
+            if (clean.endsWith('\r'))
+                clean.chop(1);
+            trail(call, direction, QString::fromUtf8(clean));
+        }
+        return 0;
+    }
+};
+
+FtpControl::FtpControl(QObject *parent)
+    : QObject(parent)
+{
+    resetHandle();
+}
+
+FtpControl::~FtpControl()
+{
+    // Closing the connection says QUIT to the server.
+    curl_multi_cleanup(static_cast<CURLM *>(m_multi));
+    curl_easy_cleanup(m_curl);
+}
+
+void FtpControl::resetHandle()
+{
+    if (m_multi)
+        curl_multi_cleanup(static_cast<CURLM *>(m_multi));
+    if (m_curl)
+        curl_easy_cleanup(m_curl);
+    m_multi = curl_multi_init();
+    m_curl = curl_easy_init();
+}
+
+// Drives the call through the object's own multi handle, which keeps the
+// control connection open after the call. libcurl does not always report the
+// socket of an FTP data connection (while it is set up, and while data flows),
+// and its own wait would then sleep up to a second; so the wait is capped at
+// 1 ms. The cost is a cheap wake-up per millisecond during a call.
+int FtpControl::run()
+{
+    auto *multi = static_cast<CURLM *>(m_multi);
+    curl_multi_add_handle(multi, m_curl);
+    int running = 1;
+    while (running) {
+        if (curl_multi_perform(multi, &running) != CURLM_OK)
+            break;
+        if (running)
+            curl_multi_poll(multi, nullptr, 0, 1, nullptr);
+    }
+    CURLcode code = CURLE_FAILED_INIT;
+    int left = 0;
+    while (CURLMsg *message = curl_multi_info_read(multi, &left))
+        if (message->msg == CURLMSG_DONE && message->easy_handle == m_curl)
+            code = message->data.result;
+    curl_multi_remove_handle(multi, m_curl);
+    return code;
+}
+
+void FtpControl::post(std::function<void()> event)
+{
+    QPointer<FtpControl> guard(this);
+    QMetaObject::invokeMethod(
+        this, [guard, event] { if (guard) event(); }, Qt::QueuedConnection);
+}
+
+QString FtpControl::folderPath(const QString &folder) const
+{
+    QString path = folder.isEmpty() ? QStringLiteral("/") : folder;
+    if (!path.startsWith(QLatin1Char('/')))
+        path.prepend(QLatin1Char('/'));
+    return path;
+}
+
+// Every URL names its folder from the root ("%2F" is the leading slash), so
+// libcurl changes to it with one CWD whatever the login folder is, and skips
+// the CWD when the previous call already stood there.
+QString FtpControl::urlFor(const QString &folder, const QString &file) const
+{
+    QString url = QStringLiteral("ftp://%1:%2/").arg(RemoteHost).arg(RemotePort) + QStringLiteral("%2F");
+    const QStringList parts = folderPath(folder).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    QStringList encoded;
+    for (const QString &part : parts)
+        encoded << QString::fromLatin1(QUrl::toPercentEncoding(part));
+    url += encoded.join(QLatin1Char('/'));
+    if (!encoded.isEmpty())
+        url += QLatin1Char('/');
+    if (!file.isEmpty())
+        url += QString::fromLatin1(QUrl::toPercentEncoding(file));
+    return url;
+}
+
+void FtpControl::setCommonOptions(Call &call, const QString &url)
+{
+    CURL *h = m_curl;
+    curl_easy_setopt(h, CURLOPT_URL, url.toUtf8().constData());
+    curl_easy_setopt(h, CURLOPT_USERNAME, User.toUtf8().constData());
+    curl_easy_setopt(h, CURLOPT_PASSWORD, Password.toUtf8().constData());
+    curl_easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(h, CURLOPT_FTP_FILEMETHOD, long(CURLFTPMETHOD_SINGLECWD));
+    curl_easy_setopt(h, CURLOPT_ERRORBUFFER, call.detail);
+    curl_easy_setopt(h, CURLOPT_VERBOSE, 1L);
+    curl_easy_setopt(h, CURLOPT_DEBUGFUNCTION, &FtpCallbacks::debug);
+    curl_easy_setopt(h, CURLOPT_DEBUGDATA, &call);
+    curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::write);
+    curl_easy_setopt(h, CURLOPT_WRITEDATA, &call);
+    curl_easy_setopt(h, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(h, CURLOPT_XFERINFOFUNCTION, &FtpCallbacks::progress);
+    curl_easy_setopt(h, CURLOPT_XFERINFODATA, &call);
+    curl_easy_setopt(h, CURLOPT_TRANSFERTEXT, call.ascii ? 1L : 0L);
+    if (!Passive)
+        curl_easy_setopt(h, CURLOPT_FTPPORT, "-");
+    if (Timeout > 0) {
+        curl_easy_setopt(h, CURLOPT_CONNECTTIMEOUT, long(Timeout));
+        curl_easy_setopt(h, CURLOPT_SERVER_RESPONSE_TIMEOUT, long(Timeout));
+        curl_easy_setopt(h, CURLOPT_LOW_SPEED_LIMIT, 1L);
+        curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, long(Timeout));
+    }
+    if (UseTls) {
+        curl_easy_setopt(h, CURLOPT_USE_SSL, long(CURLUSESSL_ALL));
+        if (!TlsCaFile.isEmpty())
+            curl_easy_setopt(h, CURLOPT_CAINFO, TlsCaFile.toUtf8().constData());
+    }
+    static const char *const schemes[] = {nullptr, "http", "socks4", "socks5h"};
+    if (FirewallType >= 1 && FirewallType <= 3) {
+        const QString proxy = QStringLiteral("%1://%2:%3")
+                                  .arg(QLatin1String(schemes[FirewallType]), FirewallHost)
+                                  .arg(FirewallPort);
+        curl_easy_setopt(h, CURLOPT_PROXY, proxy.toUtf8().constData());
+        curl_easy_setopt(h, CURLOPT_HTTPPROXYTUNNEL, FirewallType == 1 ? 1L : 0L);
+        if (!FirewallUser.isEmpty()) {
+            curl_easy_setopt(h, CURLOPT_PROXYUSERNAME, FirewallUser.toUtf8().constData());
+            curl_easy_setopt(h, CURLOPT_PROXYPASSWORD, FirewallPassword.toUtf8().constData());
+        }
+    } else {
+        curl_easy_setopt(h, CURLOPT_PROXY, "");
+    }
+}
+
+long FtpControl::perform(Call &call, const QString &url,
+                         const std::function<void(CURL *)> &configure)
+{
+    if (m_busy)
+        return fail(ControlError::Busy, QStringLiteral("Another call is running."));
+    m_busy = true;
+    m_abort = false;
+    m_errorNumber = 0;
+    m_errorDescription.clear();
+    call.self = this;
+    // A reset keeps the open connection, so the next call reuses the login.
+    curl_easy_reset(m_curl);
+    setCommonOptions(call, url);
+    configure(m_curl);
+    CURLcode code = CURLE_OK;
+    BlockingCall::run([this, &code] { code = CURLcode(run()); });
+    // Nothing of this call may be reached from the handle once it is over.
+    long osErrno = 0;
+    curl_easy_getinfo(m_curl, CURLINFO_OS_ERRNO, &osErrno);
+    call.osErrno = osErrno;
+    curl_easy_reset(m_curl);
+    if (call.listing)
+        FtpCallbacks::listLines(call, nullptr, 0, true);
+    if (call.started)
+        emit EndTransfer();
+    m_busy = false;
+    // Events the last callbacks posted reach the caller before the result.
+    QCoreApplication::sendPostedEvents(this);
+    return finish(call, code);
+}
+
+long FtpControl::fail(long number, const QString &description)
+{
+    m_errorNumber = number;
+    m_errorDescription = description;
+    return 0;
+}
+
+long FtpControl::finish(Call &call, int result)
+{
+    const auto code = CURLcode(result);
+    if (code == CURLE_OK)
+        return 1;
+    if (m_abort)
+        return fail(ControlError::DataConnection, QStringLiteral("Aborted by the caller."));
+    if (code == CURLE_LOGIN_DENIED) {
+        m_connected = false;
+        // A refused user name is the login refusal proper; a refused
+        // password comes as a protocol failure that starts with the reply.
+        const long number = call.lastCommand == QLatin1String("USER") ? ControlError::LoginRefused
+                                                                      : ControlError::Protocol;
+        return fail(number, call.errorReply.isEmpty() ? QStringLiteral("530 Login refused.")
+                                                      : call.errorReply);
+    }
+    if (!call.errorReply.isEmpty())
+        return fail(ControlError::Protocol, call.errorReply);
+    const long osErrno = call.osErrno;
+    const QString description = CurlErrorMap::describe(code, call.detail);
+    if (call.dataPhase)
+        return fail(ControlError::DataConnection, description);
+    if (const long network = CurlErrorMap::networkError(code, osErrno)) {
+        m_connected = false;
+        return fail(network, description);
+    }
+    return fail(ControlError::Protocol, description);
+}
+
+long FtpControl::Logon()
+{
+    // A second Logon starts a fresh session: host or user may have changed,
+    // and the login folder is only learnt on a new login.
+    if (m_connected && Logoff() != 1)
+        return 0;
+    Call call;
+    // No path: the session stays in the login folder, whatever it is.
+    const QString url = QStringLiteral("ftp://%1:%2/").arg(RemoteHost).arg(RemotePort);
+    const long result =
+        perform(call, url, [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
+    if (result != 1)
+        return result;
+    m_connected = true;
+    // libcurl asks PWD right after the login: its answer is the login folder.
+    m_path = call.lastPwd.isEmpty() ? QStringLiteral("/") : call.lastPwd;
+    return 1;
+}
+
+long FtpControl::Logoff()
+{
+    if (m_busy)
+        return fail(ControlError::Busy, QStringLiteral("Another call is running."));
+    if (!m_connected)
+        return 1;
+    // The handle sends QUIT as it closes; a new one waits for the next Logon.
+    Call call;
+    call.self = this;
+    curl_easy_setopt(m_curl, CURLOPT_VERBOSE, 1L);
+    curl_easy_setopt(m_curl, CURLOPT_DEBUGFUNCTION, &FtpCallbacks::debug);
+    curl_easy_setopt(m_curl, CURLOPT_DEBUGDATA, &call);
+    m_busy = true;
+    BlockingCall::run([this] { resetHandle(); });
+    m_busy = false;
+    QCoreApplication::sendPostedEvents(this);
+    m_connected = false;
+    m_path.clear();
+    return 1;
+}
+
+// Sends raw commands from the current folder, so that names without a path
+// mean what the caller meant whatever libcurl did in between.
+long FtpControl::sendQuoted(const QStringList &commands, Call &call)
+{
+    for (const QString &command : commands)
+        call.quote = curl_slist_append(call.quote, command.toUtf8().constData());
+    return perform(call, urlFor(m_path), [&call](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_QUOTE, call.quote);
+        curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
+    });
+}
+
+long FtpControl::SetRemotePath(const QString &path)
+{
+    Call call;
+    const long result = sendQuoted({QStringLiteral("CWD ") + folderPath(m_path),
+                                    QStringLiteral("CWD ") + path, QStringLiteral("PWD")},
+                                   call);
+    if (result == 1 && !call.lastPwd.isEmpty())
+        m_path = call.lastPwd;
+    return result;
+}
+
+long FtpControl::Command(const QString &command)
+{
+    const QString verb = command.section(QLatin1Char(' '), 0, 0).toUpper();
+    if (verb == QLatin1String("CWD"))
+        return SetRemotePath(command.section(QLatin1Char(' '), 1));
+    Call call;
+    return sendQuoted({QStringLiteral("CWD ") + folderPath(m_path), command}, call);
+}
+
+long FtpControl::DeleteFile(const QString &name)
+{
+    return Command(QStringLiteral("DELE ") + name);
+}
+
+long FtpControl::MakeDirectory(const QString &name)
+{
+    return Command(QStringLiteral("MKD ") + name);
+}
+
+long FtpControl::RemoveDirectory(const QString &name)
+{
+    return Command(QStringLiteral("RMD ") + name);
+}
+
+long FtpControl::list(bool longForm)
+{
+    Call call;
+    call.listing = true;
+    call.longListing = longForm;
+    const QString mask = RemoteFile;
+    return perform(call, urlFor(m_path), [longForm, mask](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_DIRLISTONLY, longForm ? 0L : 1L);
+        if (!mask.isEmpty()) {
+            const QString request = (longForm ? QStringLiteral("LIST ") : QStringLiteral("NLST ")) + mask;
+            curl_easy_setopt(h, CURLOPT_CUSTOMREQUEST, request.toUtf8().constData());
+        }
+    });
+}
+
+long FtpControl::ListDirectory()
+{
+    return list(false);
+}
+
+long FtpControl::ListDirectoryLong()
+{
+    return list(true);
+}
+
+long FtpControl::Upload()
+{
+    Call call;
+    call.ascii = TransferMode == 1;
+    call.deliverData = false;
+    call.source = std::make_unique<QFile>(LocalFile);
+    if (!call.source->open(QIODevice::ReadOnly))
+        return fail(ControlError::LocalFile, QStringLiteral("Cannot open ") + LocalFile);
+    const qint64 size = call.ascii ? -1 : call.source->size();
+    return perform(call, urlFor(m_path, RemoteFile), [&call, size](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_UPLOAD, 1L);
+        curl_easy_setopt(h, CURLOPT_READFUNCTION, &FtpCallbacks::read);
+        curl_easy_setopt(h, CURLOPT_READDATA, &call);
+        curl_easy_setopt(h, CURLOPT_INFILESIZE_LARGE, curl_off_t(size));
+    });
+}
+
+long FtpControl::Download()
+{
+    Call call;
+    call.ascii = TransferMode == 1;
+    if (!LocalFile.isEmpty()) {
+        if (!Overwrite && QFile::exists(LocalFile))
+            return fail(ControlError::LocalFile, QStringLiteral("Local file exists: ") + LocalFile);
+        // Written aside and put in place only when the whole file came, so
+        // a failed download leaves the local file as it was.
+        call.target = std::make_unique<QSaveFile>(LocalFile);
+        if (!call.target->open(QIODevice::WriteOnly))
+            return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
+    }
+    const long result = perform(call, urlFor(m_path, RemoteFile), [](CURL *) {});
+    if (call.target) {
+        if (call.pendingCr)
+            call.target->write("\r");
+        if (result == 1 && !call.target->commit())
+            return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
+    }
+    return result;
+}
+
+void FtpControl::Abort()
+{
+    if (m_busy)
+        m_abort = true;
+}
+
+void FtpControl::Interrupt()
+{
+    Abort();
+}
+
+void FtpControl::DoEvents()
+{
+    QCoreApplication::processEvents();
+}

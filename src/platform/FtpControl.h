@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <functional>
+
+typedef void CURL;
+
+// The FTP control: one persistent control connection per object, blocking
+// calls that keep the caller's event loop running, events on the caller's
+// thread. Results are 1 for success and 0 for failure; the failure is then in
+// ErrorNumber/ErrorDescription/ErrorSource.
+class FtpControl : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FtpControl(QObject *parent = nullptr);
+    ~FtpControl() override;
+
+    // Read at Logon (and by libcurl when it has to reconnect).
+    QString RemoteHost;
+    int RemotePort = 21;
+    QString User;
+    QString Password;
+    bool Passive = true;
+    int Timeout = 0; // seconds; 0 lets a call run to its end or failure
+    bool Overwrite = false;
+    // 0 default and 2 binary move the bytes unchanged: a UNIX server keeps a
+    // file as it was sent, so a page comes back byte for byte. 1 is ASCII:
+    // TYPE A on the wire with LF line ends in the local file or event text.
+    int TransferMode = 0;
+    int FirewallType = 0; // 1 tunnel (HTTP CONNECT), 2 SOCKS4, 3 SOCKS5
+    QString FirewallHost;
+    int FirewallPort = 0;
+    QString FirewallUser;
+    QString FirewallPassword;
+    QString LocalFile;
+    QString RemoteFile; // a name within RemotePath, or a mask for a listing
+    // Explicit TLS on both channels with the server's certificate checked;
+    // TlsCaFile adds a certificate authority to the system's.
+    bool UseTls = false;
+    QString TlsCaFile;
+
+    bool Connected() const { return m_connected; }
+    bool Idle() const { return !m_busy; }
+    QString RemotePath() const { return m_path; }
+    long SetRemotePath(const QString &path);
+    long Command(const QString &command);
+    qint64 FileSize() const { return m_fileSize; }
+    QDateTime FileTime() const { return m_fileTime; }
+
+    long ErrorNumber() const { return m_errorNumber; }
+    QString ErrorDescription() const { return m_errorDescription; }
+    QString ErrorSource() const { return QStringLiteral("FtpControl"); }
+
+    long Logon();
+    long Logoff();
+    long ListDirectory();
+    long ListDirectoryLong();
+    long Upload();
+    long Download();
+    // Ends the running call with an error; the call returns at once after.
+    void Abort();
+    void Interrupt();
+    void DoEvents();
+    long DeleteFile(const QString &name);
+    long MakeDirectory(const QString &name);
+    long RemoveDirectory(const QString &name);
+
+signals:
+    void DirList(const QString &DirEntry, const QString &FileName, bool IsDir, qint64 FileSize,
+                 const QDateTime &FileTime);
+    // Direction 0: a line sent to the server; 1: a line received.
+    void PITrail(int Direction, const QString &Message);
+    void StartTransfer();
+    void EndTransfer();
+    void Transfer(qint64 BytesTransferred, const QByteArray &Text);
+
+private:
+    struct Call;
+    friend struct FtpCallbacks;
+
+    long perform(Call &call, const QString &url, const std::function<void(CURL *)> &configure);
+    void setCommonOptions(Call &call, const QString &url);
+    long finish(Call &call, int code);
+    long fail(long number, const QString &description);
+    long sendQuoted(const QStringList &commands, Call &call);
+    long list(bool longForm);
+    QString urlFor(const QString &folder, const QString &file = QString()) const;
+    QString folderPath(const QString &folder) const;
+    void post(std::function<void()> event);
+    void resetHandle();
+    int run();
+
+    CURL *m_curl = nullptr;
+    void *m_multi = nullptr; // holds the open connection between calls
+    bool m_connected = false;
+    bool m_busy = false;
+    std::atomic<bool> m_abort{false};
+    QString m_path;
+    qint64 m_fileSize = 0;
+    QDateTime m_fileTime;
+    long m_errorNumber = 0;
+    QString m_errorDescription;
+};
