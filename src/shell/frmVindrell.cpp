@@ -3,6 +3,8 @@
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFileDropTarget.h"
 #include "platform/CReg.h"
+#include "support/MResources.h"
+#include "support/StringIds.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -13,12 +15,14 @@
 frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
 {
-    setWindowTitle(QStringLiteral("VindrellCMS"));
+    // The language is chosen once, before any caption is set.
+    MResources::InitLangSupport();
+    setWindowTitle(MResources::LoadResourceString(StringIds::ProgramName));
     auto *central = new QWidget(this);
     auto *column = new QVBoxLayout(central);
     auto *addressRow = new QHBoxLayout;
     m_address = new QLineEdit(central);
-    auto *go = new QPushButton(tr("Go"), central);
+    auto *go = new QPushButton(MResources::LoadResourceString(StringIds::GoButton), central);
     addressRow->addWidget(m_address, 1);
     addressRow->addWidget(go);
     column->addLayout(addressRow);

@@ -1,5 +1,11 @@
 #include "support/MError.h"
 
+#include "support/ErrorLog.h"
+#include "support/ErrorReport.h"
+#include "support/UserQuestions.h"
+
+#include <QDebug>
+
 namespace {
 struct PendingError
 {
@@ -12,6 +18,24 @@ PendingError &pending()
 {
     static PendingError error;
     return error;
+}
+
+MError::DialogPresenter &presenter()
+{
+    static MError::DialogPresenter installed;
+    return installed;
+}
+
+// Shows the request through the door of all dialogs, so that tests read
+// what would have been shown: the message in the short look, the report in
+// the full one.
+void present(const MError::DialogRequest &request)
+{
+    const QString shown = request.enableSendError ? request.report : request.message;
+    UserQuestions::RunDialog(QStringLiteral("frmErrorDialog"), shown, [&request]() -> long {
+        presenter()(request);
+        return 0;
+    });
 }
 } // namespace
 
@@ -44,4 +68,36 @@ void MError::SetErrorIfClear(long number, const QString &description, const QStr
 {
     if (pending().number == 0)
         SetError(number, description, position);
+}
+
+void MError::LogError()
+{
+    const PendingError error = pending();
+    if (error.number != 1)
+        ErrorLog::Append(error.number, error.description, error.position);
+    ClearError();
+}
+
+void MError::ShowError()
+{
+    const PendingError error = pending();
+    if (!presenter() && !UserQuestions::Scripted()) {
+        qWarning().noquote() << "error" << error.number << error.description << error.position;
+        LogError();
+        return;
+    }
+    DialogRequest request{error.number, error.description, error.position, false, QString()};
+    if (ErrorReport::IsShortLook(error.number)) {
+        request.message = ErrorReport::ShortLookMessage(error.number, error.description);
+    } else {
+        request.enableSendError = true;
+        request.report = ErrorReport::Build(error.number, error.description, error.position);
+    }
+    present(request);
+    ClearError();
+}
+
+void MError::SetDialogPresenter(DialogPresenter presenter_)
+{
+    presenter() = std::move(presenter_);
 }

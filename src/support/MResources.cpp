@@ -1,11 +1,17 @@
 #include "support/MResources.h"
 
+#include "support/EnvironmentSettings.h"
+#include "support/MError.h"
+
+#include <QCoreApplication>
+
 #include <QFile>
 #include <QHash>
 #include <QStringList>
 
 namespace {
 long g_lLanguage = 1033;
+QList<MResources::Language> g_aLanguages;
 
 QString unescape(const QString &text)
 {
@@ -56,6 +62,19 @@ const QHash<long, QHash<long, QString>> &table()
 }
 } // namespace
 
+long MResources::InitLangSupport()
+{
+    g_aLanguages = {{QStringLiteral("English"), 1033}, {QStringLiteral("Swedish"), 1053}};
+    g_lLanguage = EnvironmentSettings::Lang();
+    return 1;
+}
+
+long MResources::GetLanguages(QList<Language> &aLangs_p)
+{
+    aLangs_p = g_aLanguages;
+    return 1;
+}
+
 QString MResources::LoadResourceString(long id)
 {
     return LoadResourceString(id, g_lLanguage);
@@ -63,7 +82,18 @@ QString MResources::LoadResourceString(long id)
 
 QString MResources::LoadResourceString(long id, long language)
 {
-    return table().value(language).value(id);
+    // A language of 0 was never chosen: English.
+    const auto &texts = table();
+    if (texts.isEmpty()) {
+        // The table is built into the program; its absence is a fault of the
+        // build, unlike a single missing text, which is merely empty.
+        MError::SetErrorIfClear(-1, QStringLiteral("The string table could not be read."),
+                                QStringLiteral("MResources.LoadResourceString {line : 1 recourceNum = ")
+                                    + QString::number(id) + QStringLiteral(" App.Path ")
+                                    + QCoreApplication::applicationDirPath());
+        return QString();
+    }
+    return texts.value(language == 0 ? 1033 : language).value(id);
 }
 
 long MResources::CurrentLanguage()

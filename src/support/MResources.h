@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 // The string table: every text the program shows, by number and language.
@@ -10,8 +11,23 @@
 class MResources
 {
 public:
+    struct Language
+    {
+        QString name;
+        long id = 0;
+    };
+
+    // Fills the languages offered (English 1033, Swedish 1053; Danish 1030
+    // is partly in the table but not offered) and reads the current one from
+    // the setting Lang of the section Environment. Called first at start;
+    // a change of the setting takes effect at the next start. Returns 1.
+    static long InitLangSupport();
+
+    // The languages offered, in order, for the settings dialog. Returns 1.
+    static long GetLanguages(QList<Language> &aLangs_p);
+
     // The text of id in the current language; the empty string when the
-    // table has none (never an error).
+    // table has none (never an error, and no other language stands in).
     static QString LoadResourceString(long id);
     static QString LoadResourceString(long id, long language);
 

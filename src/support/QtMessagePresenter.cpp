@@ -1,6 +1,8 @@
 #include "support/QtMessagePresenter.h"
 
+#include "support/MError.h"
 #include "support/MResources.h"
+#include "support/frmErrorDialog.h"
 #include "support/UserQuestions.h"
 
 #include <QApplication>
@@ -50,9 +52,17 @@ long show(const QString &prompt, long style, const QString &title)
     return answers.contains(UserQuestions::vbCancel) ? long(UserQuestions::vbCancel)
                                                      : UserQuestions::DefaultAnswer(style);
 }
+
+void showErrorDialog(const MError::DialogRequest &request)
+{
+    frmErrorDialog dialog(QApplication::activeWindow());
+    dialog.init(request.number, request.message, request.position, request.enableSendError, request.report);
+    dialog.exec();
+}
 } // namespace
 
 void QtMessagePresenter::install()
 {
     UserQuestions::SetPresenter(show);
+    MError::SetDialogPresenter(showErrorDialog);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-// Shows the message boxes of UserQuestions as real Qt dialogs.
+// Shows the message boxes of UserQuestions and the error dialog of MError
+// as real Qt dialogs.
 class QtMessagePresenter
 {
 public:

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+// The few values of the settings store's section "Environment" that this
+// folder reads: the language and the address of the error-report service.
+// They are read and written here alone, so that moving them onto the
+// settings store class is a change of this one file.
+class EnvironmentSettings
+{
+public:
+    // "Lang": the language id, 1033 when unset or not a number.
+    static long Lang();
+    static void SetLang(long language);
+
+    // "ErrorReportService": scheme, host and port of the service that takes
+    // error reports, without a path. The default is the maker's own service.
+    static QString ErrorReportService();
+    static void SetErrorReportService(const QString &address);
+
+private:
+    static QString StorePath();
+};
