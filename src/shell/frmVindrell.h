@@ -17,6 +17,8 @@ class QWebEngineView;
 // When no page is under edit the window is simply a browser. It opens on
 // the home page kept in the settings store (key Browser, value HomePage),
 // or on the maker's download page when the user asks for a new version.
+// It is always the stand-alone window: the program is never a bar inside
+// another browser.
 class frmVindrell : public QMainWindow
 {
     Q_OBJECT

@@ -22,7 +22,7 @@ SiteRecord site(const char *address, bool active)
 }
 } // namespace
 
-TEST(VersionAnnouncement, OnlyMajorAndMinorCountAndBlanksAroundThemAreDropped)
+TEST(VersionAnnouncement, OnlyMajorAndMinorCountAndOtherTextIsAnError)
 {
     long major = -1, minor = -1;
     ASSERT_EQ(V::Parse(QStringLiteral("1.2.4"), major, minor), 1);
@@ -31,10 +31,8 @@ TEST(VersionAnnouncement, OnlyMajorAndMinorCountAndBlanksAroundThemAreDropped)
     ASSERT_EQ(V::Parse(QStringLiteral(" 3 . 10\r\n"), major, minor), 1);
     EXPECT_EQ(major, 3);
     EXPECT_EQ(minor, 10);
-}
 
-TEST(VersionAnnouncement, AMissingOrForeignPieceIsAnErrorOfTheCheck)
-{
+    // A missing or foreign piece is an error of the check.
     for (const char *reply : {"2", "x.1", "1.beta", "<html>"}) {
         MError::ClearError();
         long major = 0, minor = 0;
