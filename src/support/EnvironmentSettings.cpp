@@ -1,41 +1,40 @@
 #include "support/EnvironmentSettings.h"
 
-#include "platform/LocalFolders.h"
-
-#include <QSettings>
+#include "platform/CReg.h"
 
 namespace {
-const QString LangKey = QStringLiteral("Environment/Lang");
-const QString ServiceKey = QStringLiteral("Environment/ErrorReportService");
-} // namespace
+const QString Section = QStringLiteral("Environment");
+const QString LangKey = QStringLiteral("Lang");
+const QString ServiceKey = QStringLiteral("ErrorReportService");
 
-QString EnvironmentSettings::StorePath()
+CReg environment()
 {
-    return LocalFolders::configFolder() + QStringLiteral("/keldacms.ini");
+    CReg key;
+    key.KeyRoot = CReg::AppKey();
+    key.Subkey = Section;
+    return key;
 }
+} // namespace
 
 long EnvironmentSettings::Lang()
 {
-    QSettings store(StorePath(), QSettings::IniFormat);
     bool ok = false;
-    const long language = store.value(LangKey).toString().toLong(&ok);
+    const long language = CReg::GetSetting(Section, LangKey).toLong(&ok);
     return ok ? language : 1033;
 }
 
 void EnvironmentSettings::SetLang(long language)
 {
-    QSettings store(StorePath(), QSettings::IniFormat);
-    store.setValue(LangKey, qlonglong(language));
+    // A number, as the settings dialog writes it.
+    environment().SetRegistryValue(LangKey, qlonglong(language), CReg::REG_DWORD);
 }
 
 QString EnvironmentSettings::ErrorReportService()
 {
-    QSettings store(StorePath(), QSettings::IniFormat);
-    return store.value(ServiceKey, QStringLiteral("https://service.vindrell.com")).toString();
+    return CReg::GetSetting(Section, ServiceKey, QStringLiteral("https://service.vindrell.com"));
 }
 
 void EnvironmentSettings::SetErrorReportService(const QString &address)
 {
-    QSettings store(StorePath(), QSettings::IniFormat);
-    store.setValue(ServiceKey, address);
+    CReg::SaveSetting(Section, ServiceKey, address);
 }

@@ -4,8 +4,6 @@
 
 // The few values of the settings store's section "Environment" that this
 // folder reads: the language and the address of the error-report service.
-// They are read and written here alone, so that moving them onto the
-// settings store class is a change of this one file.
 class EnvironmentSettings
 {
 public:
@@ -17,7 +15,4 @@ public:
     // error reports, without a path. The default is the maker's own service.
     static QString ErrorReportService();
     static void SetErrorReportService(const QString &address);
-
-private:
-    static QString StorePath();
 };

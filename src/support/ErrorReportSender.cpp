@@ -1,18 +1,13 @@
 #include "support/ErrorReportSender.h"
 
+#include "config/MGlobalProjectObjects.h"
+#include "platform/HttpControl.h"
 #include "support/EnvironmentSettings.h"
 #include "support/MError.h"
 #include "support/MGlobalProjectFunctions.h"
 
-#include <curl/curl.h>
-
 namespace {
 const QString Position = QStringLiteral("ErrorReportSender.Post");
-
-size_t discardBody(char *, size_t size, size_t count, void *)
-{
-    return size * count;
-}
 } // namespace
 
 QString ErrorReportSender::Subject(const QString &position, const QString &signature)
@@ -54,40 +49,24 @@ long ErrorReportSender::Send(const QString &report, const QString &position, con
     return Post(Address(EnvironmentSettings::ErrorReportService(), subject, data));
 }
 
-// The one place that talks to the network here; it is to move onto the
-// program's HTTP control once that is in. Fault numbers: 20000 plus the
-// transfer library's code, or the HTTP status of a refusal.
+// Through the program's HTTP control, and through the HTTP proxy when the
+// settings say so, as every other request of the program goes.
 long ErrorReportSender::Post(const QString &address)
 {
-    CURL *curl = curl_easy_init();
-    if (!curl) {
-        MError::SetErrorIfClear(20002, QStringLiteral("The HTTP client could not start."), Position);
-        return 0;
+    HttpControl http;
+    http.ContentType = QStringLiteral("application/x-www-form-urlencoded");
+    http.Timeout = 120;
+    const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
+    if (proxy.use) {
+        http.ProxyServer = proxy.serverHTTPname;
+        http.ProxyPort = proxy.serverHTTPPort.toInt();
+        if (proxy.useHTTPpassword) {
+            http.ProxyUser = proxy.serverHTTPUser;
+            http.ProxyPassword = proxy.serverHTTPPassword;
+        }
     }
-    const QByteArray url = address.toLatin1();
-    curl_slist *headers = curl_slist_append(nullptr, "Content-Type: application/x-www-form-urlencoded");
-    curl_easy_setopt(curl, CURLOPT_URL, url.constData());
-    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers);
-    curl_easy_setopt(curl, CURLOPT_POSTFIELDS, "");
-    curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE, 0L);
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, discardBody);
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, 30L);
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT, 120L);
-    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-    const CURLcode code = curl_easy_perform(curl);
-    long status = 0;
-    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
-    curl_slist_free_all(headers);
-    curl_easy_cleanup(curl);
-    if (code != CURLE_OK) {
-        MError::SetErrorIfClear(20000 + long(code), QString::fromUtf8(curl_easy_strerror(code)), Position);
-        return 0;
-    }
-    if (status >= 400) {
-        MError::SetErrorIfClear(status, QStringLiteral("The error report service answered with status ")
-                                            + QString::number(status) + QLatin1Char('.'),
-                                Position);
-        return 0;
-    }
-    return 1;
+    if (http.Post(address) == 1)
+        return 1;
+    MError::SetErrorIfClear(http.ErrorNumber(), http.ErrorDescription(), Position);
+    return 0;
 }

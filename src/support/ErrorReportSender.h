@@ -21,7 +21,7 @@ public:
     static QString Address(const QString &service, const QString &subject, const QString &data);
 
     // Posts to the service of the settings. 1 on success; 0 with the
-    // pending error set (the transfer fault, or the HTTP status as number).
+    // pending error set from the HTTP control's fault.
     static long Send(const QString &report, const QString &position, const QString &signature,
                      const QString &browserDescription);
 

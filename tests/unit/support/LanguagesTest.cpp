@@ -1,4 +1,5 @@
 #include "EnglishAfterTest.h"
+#include "platform/CReg.h"
 #include "support/EnvironmentSettings.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
@@ -9,7 +10,8 @@ using Languages = EnglishAfterTest;
 
 TEST_F(Languages, OffersEnglishAndSwedishAndReadsTheSetting)
 {
-    EnvironmentSettings::SetLang(1053);
+    // Written as the settings dialog does, straight into the store.
+    ASSERT_EQ(CReg::SaveSetting(QStringLiteral("Environment"), QStringLiteral("Lang"), QStringLiteral("1053")), 1);
     EXPECT_EQ(MResources::InitLangSupport(), 1);
     QList<MResources::Language> languages;
     EXPECT_EQ(MResources::GetLanguages(languages), 1);

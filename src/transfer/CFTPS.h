@@ -1,0 +1,160 @@
+#pragma once
+
+#include "config/MGlobalProjectObjects.h"
+#include "transfer/FtpSession.h"
+#include "transfer/TransferStatusWindow.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+// The client through which every part of the program reaches a site: the
+// session with its logon, the mapping of page paths to server folders, and
+// the operations on pages and files. Each operation returns a status: 1
+// success, 0 failure with the pending error set (MError), and the further
+// codes listed below.
+//
+// Sessions: an operation on a connected client costs no new login, and
+// clients for the same account share one connection (FtpSession). A
+// connection the server dropped is logged on again by the next operation.
+//
+// The FTP address (baseurl, or the address given to Init) may carry a port:
+// "host", "host:port", "ftp://host" and "ftp://host:port" are understood.
+class CFTPS : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Status codes beside 1 (success) and 0 (failure, error pending).
+    enum Status : long {
+        ExpectedFailure = -1,       // refused the expected way, or nothing found
+        WriteRefused = -550,        // the server refused the write
+        ProtocolFailure = -20142,   // in practice a wrong user name or password
+        NetworkDown = -25050,
+        RefusedOrTimedOut = -25061,
+        NoInternet = -25066,
+        FtpHostNotFound = -26002,
+        HostNotFound = -26005
+    };
+
+    CFTPS();
+    ~CFTPS() override;
+
+    // Session.
+    long Init(const QString &strHTTPURL_p, const QString &strFTPURL_p, const QString &strUsername_p,
+              const QString &strPassword);
+    long Logon();
+    long LogonEx(const QVariant &lIndex);
+    long CloseDown();
+    long CanUsePassiveMode(long lIndex_p, bool &boolPassive_p);
+    long LetUSERID(const QString &strNewUser_p);
+    long LetPASSWORD(const QString &strNewPassword_p);
+    long GetBASEURL(QString &strBaseURL_p);
+    long LetBASEURL(const QString &strNewBaseURL_p);
+    long SetHideTransferDialog(bool bHide_p);
+    bool Connected() const;
+    // The session's HTTP address: Init's, or the record's after a logon.
+    QString HTTPURL() const { return m_strHTTPURL; }
+    QString LoginFolderMark() const;
+
+    // Folders and paths.
+    long ChangeToRootFolder();
+    long ChangeFolder(const QString &strPath);
+    long BuildRemoteFolder(const QString &strDocumentURL_p, QString &strRemoteFolder_p,
+                           QString &strRemoteFile_p);
+    static QString TrimSlashes(const QString &s);
+    static QString RemoveTildePart(const QString &strPath);
+    static long RemoveFTPPath(const QString &strPath, QString &strResult, long lStart);
+    static long RemoveLocalPath(const QString &strPath, QString &strResult, long lLength);
+
+    // Pages and files. Page texts are bytes in the form the server holds.
+    long GetASCIIFile(const QString &strURL_p, QByteArray &strFileData_p);
+    long SendPage(const QByteArray &strASCII_p, const QString &strURL_p);
+    long SendNewPage(const QString &strDocTitle_p, const QString &strURL_p);
+    long SendFile(const QString &strFileToSend_p, const QString &strServerFolder_p);
+    long SendNewFile(const QString &strLocalFile_p, const QString &strURL_p);
+    long SaveFile(const QString &strURL_p, const QString &strLocalFilePath_p,
+                  bool boolBinaryTransfer = false);
+    long CopyFile(const QString &strURL_p, const QString &strCopyFile_p);
+    long RenameFile(const QString &strURL_p, const QString &strNewFileName_p);
+    long RemoveFile(const QString &strURL_p);
+    long RemoveDir(const QString &strURL_p);
+    long CreateDir(const QString &strURL_p);
+    long CreateFolder(const QString &strPath_p, const QString &strFolderName_p);
+
+    // Batch display of many files (used by the recursive operations).
+    void SetBatch(bool boolBatch_p, double dblTotal_p);
+
+    // The text of a new page, as SendNewPage writes it.
+    static QByteArray NewPageText(const QString &strDocTitle_p);
+
+    // The cancel flag of activation: the longer operations stop when set.
+    static bool g_boolCancelActivation;
+
+private:
+    struct Failure
+    {
+        long number = 0;
+        QString description;
+    };
+
+    // Session internals.
+    long LogonRecord(long lIndex, const QString &strPosition);
+    void FirewallSetUp();
+    static QString HostFromAddress(const QString &strAddress, bool boolAnyCase);
+    void SessionFor(const QString &strAccount_p);
+    void UseSession(std::shared_ptr<FtpSession> session);
+    SiteRecord Record() const;
+    QString RootFolder() const;
+    bool Reconnect();
+    bool ConnectionLost();
+    bool Capture(long lResult);
+    void ApplyHost(const QString &strHost_p);
+    long Fail(const QString &strPosition);
+
+    // The first steps of every operation: connected and at the top of the
+    // site, then in the folder of strURL_p, whose file name is given back.
+    long Connect();
+    long GoToFile(const QString &strURL_p, QString &strFolder_p, QString &strFile_p);
+
+    // Safe replace.
+    bool RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects);
+    bool Rename(const QString &strFrom_p, const QString &strTo_p);
+    bool ListFileNames(QStringList &names_p);
+    bool Exists(const QString &strName_p, bool &boolKnown_p);
+    bool RecoverOrClearOldCopy(const QString &strFile_p);
+    long SendPageFailure(const QString &strURL_p);
+    long OnFile(const QString &strURL_p, const QString &strPosition_p,
+                const std::function<long(const QString &)> &command_p,
+                const std::function<bool(const Failure &)> &isExpected_p);
+    static QString WorkFileName();
+
+    // Status window events.
+    void OnStartTransfer();
+    void OnTransfer(qint64 BytesTransferred, const QByteArray &Text);
+    void OnEndTransfer();
+    void OnCancel();
+
+    FtpControl &Ftp() const { return m_session->control; }
+
+    std::shared_ptr<FtpSession> m_session;
+    std::unique_ptr<TransferStatusWindow> m_frmTransferStatus;
+    Failure m_failure;
+    long m_lRecord = -1;         // the record of the session; -1: lCurrentURL
+    bool m_boolInitSession = false; // made by Init, bound to no record
+    QString m_strHTTPURL;
+    QString m_strStartFolder;
+    bool m_boolHideDialog = false;
+    bool m_boolRunning = false;  // an operation of this client is under way
+    bool m_boolCollect = false;  // the receive buffer takes the data
+    QByteArray m_strReceiveBuffer;
+    QString m_strTransferName;
+    double m_dblTransferSize = 0;
+    bool m_boolBatch = false;
+    double m_dblBatchTotal = 0;
+    double m_dblBatchPosition = 0;
+};
