@@ -22,8 +22,6 @@
 #include <QVBoxLayout>
 #include <QWebEngineView>
 
-#include <iterator>
-
 bool frmVindrell::g_boolVersionChecked = false;
 QString frmVindrell::g_strHelpBase;
 
