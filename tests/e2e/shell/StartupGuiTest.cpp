@@ -1,12 +1,14 @@
 // The start of the main window against a real web server: the home page,
 // the question about a new version, and a close that asks nothing.
 
+#include "ProxyServers.h"
 #include "TestServers.h"
 #include "config/MGlobalProjectObjects.h"
 #include "config/frmMessageBoxYesNoOnce.h"
 #include "platform/CReg.h"
 #include "shell/frmVindrell.h"
 #include "support/ErrorLog.h"
+#include "support/MError.h"
 #include "support/UserQuestions.h"
 
 #include <QApplication>
@@ -208,4 +210,27 @@ TEST_F(StartupGuiTest, EditOnAPageOfNoActiveSiteOffersEvenTheOnlyActiveSite)
     EXPECT_FALSE(edit->isChecked());
     MGlobalProjectObjects::URLDATA.clear();
     EXPECT_TRUE(window.close());
+}
+
+TEST_F(StartupGuiTest, TheCheckGoesThroughTheProxyWithItsPassword)
+{
+    UserQuestions::Script({});
+    frmVindrell window;
+    ProxyServers proxies(true);
+    ProxySettings &proxy = MGlobalProjectObjects::Proxy;
+    proxy.use = true;
+    proxy.serverHTTPname = QStringLiteral("127.0.0.1");
+    proxy.serverHTTPPort = QString::number(proxies.httpPort());
+    proxy.useHTTPpassword = true;
+    proxy.serverHTTPUser = QString::fromLatin1(ProxyServers::ProxyUser);
+    proxy.serverHTTPPassword = QString::fromLatin1(ProxyServers::ProxyPassword);
+    announce("0.99");
+
+    UserQuestions::Script({UserQuestions::vbYes});
+    long answer = 0;
+    EXPECT_EQ(window.checkForNewVersions(answer), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(answer, UserQuestions::vbYes);
+    EXPECT_TRUE(proxies.httpLog().contains(kVersionFile));
+    proxy = ProxySettings();
+    MError::ClearError();
 }
