@@ -1,6 +1,8 @@
+#include "history/frmBrowser.h"
 #include "platform/PageEngineEnvironment.h"
 #include "shell/frmVindrell.h"
 #include "support/QtMessagePresenter.h"
+#include "transfer/frmTransferStatusEx.h"
 
 #include <QApplication>
 
@@ -20,7 +22,11 @@ int main(int argc, char *argv[])
     }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("keldacms"));
+    // The core library asks its questions and shows its windows through
+    // hooks; here the real Qt dialogs take them.
     QtMessagePresenter::install();
+    frmTransferStatusEx::InstallFactory();
+    frmBrowser::InstallAsRevisionViewer();
     frmVindrell window;
     window.show();
     return app.exec();

@@ -20,7 +20,6 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <QWebEngineView>
 
 bool frmVindrell::g_boolVersionChecked = false;
 QString frmVindrell::g_strHelpBase;
@@ -111,7 +110,7 @@ QWidget *frmVindrell::buildBrowserColumn()
     auto *side = new QWidget(this);
     auto *column = new QVBoxLayout(side);
     column->setContentsMargins(0, 0, 0, 0);
-    m_IE = new QWebEngineView(side);
+    m_IE = new WebBrowser(side);
     m_IE->setObjectName(QStringLiteral("m_IE"));
     column->addWidget(m_IE, 1);
     auto *addressRow = new QHBoxLayout;
@@ -135,13 +134,13 @@ void frmVindrell::connectControls()
     connect(cmbAddress->lineEdit(), &QLineEdit::returnPressed, this, &frmVindrell::cmdGo_Click);
     connect(cmbAddress, &QComboBox::activated, this, &frmVindrell::cmdGo_Click);
     connect(findChild<QPushButton *>(QStringLiteral("cmdBack")), &QPushButton::clicked, m_IE,
-            &QWebEngineView::back);
+            &WebBrowser::GoBack);
     connect(findChild<QPushButton *>(QStringLiteral("cmdForward")), &QPushButton::clicked, m_IE,
-            &QWebEngineView::forward);
+            &WebBrowser::GoForward);
     // clicked, not toggled: releasing the button from code must not run the
     // press again.
     connect(cmdEdit, &QPushButton::clicked, this, &frmVindrell::cmdEdit_Click);
-    connect(m_IE, &QWebEngineView::urlChanged, this,
+    connect(m_IE, &WebBrowser::urlChanged, this,
             [this](const QUrl &url) { cmbAddress->setEditText(url.toString()); });
     new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
 }
@@ -169,7 +168,7 @@ void frmVindrell::fillAddressList()
 void frmVindrell::Form_Load()
 {
     long lAnswer = 0;
-    m_strCurrentURL = m_IE->url().toString();
+    m_strCurrentURL = m_IE->LocationURL();
     if (!MResources::InitLangSupport())
         return Form_Load_Trap(2);
     g_strHelpBase = MResources::LoadResourceString(StringIds::HelpBase);
@@ -188,11 +187,11 @@ void frmVindrell::Form_Load()
             MError::LogError();
         g_boolVersionChecked = true;
         if (lAnswer == UserQuestions::vbYes)
-            navigateTo(CVersionAnnouncement::DownloadPage());
+            m_IE->Navigate2(CVersionAnnouncement::DownloadPage());
     }
     cmdEdit->setEnabled(true);
     if (lAnswer != UserQuestions::vbYes)
-        navigateTo(homePage());
+        m_IE->GoHome();
     m_boolLoaded = true;
 }
 
@@ -202,7 +201,7 @@ void frmVindrell::Form_Load_Trap(int step)
 {
     MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
                             QStringLiteral("frmVindrell.Form_Load  Err.Description: ") + MError::ErrorDescription()
-                                + QStringLiteral(" {line: %1 URL: %2}").arg(step).arg(m_IE->url().toString()));
+                                + QStringLiteral(" {line: %1 URL: %2}").arg(step).arg(m_IE->LocationURL()));
     MError::ShowError();
     QTimer::singleShot(0, this, &QWidget::close);
 }
@@ -274,7 +273,7 @@ void frmVindrell::cmdEdit_Click(bool pressed)
     // Releasing the button belongs to the edit session.
     if (!pressed)
         return;
-    m_strCurrentURL = m_IE->url().toString();
+    m_strCurrentURL = m_IE->LocationURL();
     bool found = false;
     CSiteOfAddress::GetCurrentURLIndex(m_strCurrentURL, found);
     // The press ends with the button up in every case this build knows:
@@ -299,9 +298,7 @@ void frmVindrell::cmdGo_Click()
 
 QString frmVindrell::homePage()
 {
-    CReg browserKey;
-    browserKey.Subkey = QStringLiteral("Browser");
-    return browserKey.GetRegistryValue(QStringLiteral("HomePage"), QStringLiteral("about:blank")).toString();
+    return WebBrowser::homePage();
 }
 
 void frmVindrell::navigateTo(const QString &address)

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "platform/WebBrowser.h"
+
 #include <QMainWindow>
 
 class QComboBox;
 class QHBoxLayout;
 class QPushButton;
 class QVBoxLayout;
-class QWebEngineView;
 
 // The main window. At the left stands the band: Edit, Undo and Redo, the
 // administrator's button, the four pane buttons, the small Help, Comment and
@@ -28,7 +29,7 @@ public:
     // and closes the window, which ends the program.
     explicit frmVindrell(QWidget *parent = nullptr);
 
-    QWebEngineView *browser() const { return m_IE; }
+    WebBrowser *browser() const { return m_IE; }
 
     // False when Form_Load failed; the window closes as soon as events run.
     bool Loaded() const { return m_boolLoaded; }
@@ -69,7 +70,7 @@ private:
     void cmdEdit_Click(bool pressed);
     void cmdGo_Click();
 
-    QWebEngineView *m_IE = nullptr;
+    WebBrowser *m_IE = nullptr;
     QComboBox *cmbAddress = nullptr;
     QPushButton *cmdEdit = nullptr;
     QPushButton *cmdSave = nullptr;

@@ -1,0 +1,72 @@
+// One round trip over a large page: number every image and strip two
+// attributes from every element, as entering and leaving edit mode do.
+
+#include "platform/HtmlDocument.h"
+#include "platform/PageEngineEnvironment.h"
+#include "platform/WebBrowser.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QUrl>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+// 5,000 elements: html, head, title, body, 500 images and the rest
+// paragraphs and spans carrying the attributes to strip.
+QByteArray bigPage()
+{
+    QByteArray html = "<html><head><title>Big</title></head><body>\n";
+    int elements = 4;
+    for (int i = 0; i < 500; ++i, ++elements)
+        html += "<img src=\"x.png\" width=\"4\" height=\"4\" vismark=\"true\" keldakey=\"old\">\n";
+    while (elements < 5000) {
+        html += "<p vismark=\"true\" keldakey=\"1\">text <span keldakey=\"2\">more</span></p>\n";
+        elements += 2;
+    }
+    return html + "</body></html>\n";
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    PageEngineEnvironment::prepare();
+    QApplication app(argc, argv);
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("big.htm")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bigPage()) < 0)
+        return 1;
+    file.close();
+
+    WebBrowser browser;
+    browser.resize(800, 600);
+    browser.show();
+    std::vector<double> runs;
+    for (int round = 0; round < 5; ++round) {
+        browser.Navigate2(QUrl::fromLocalFile(file.fileName()).toString());
+        if (!browser.waitUntilComplete())
+            return 2;
+        HtmlDocument doc = browser.Document();
+        if (doc.allLength() != 5000) {
+            std::fprintf(stderr, "page has %d elements\n", doc.allLength());
+            return 3;
+        }
+        QElapsedTimer timer;
+        timer.start();
+        const long keyed = doc.keyAndStrip(QStringLiteral("IMG"), QStringLiteral("keldaKey"),
+                                           {QStringLiteral("vismark"), QStringLiteral("keldakey")});
+        runs.push_back(timer.nsecsElapsed() / 1e6);
+        if (keyed != 500)
+            return 4;
+    }
+    std::sort(runs.begin(), runs.end());
+    std::printf("walk_ms %.1f ms\n", runs[runs.size() / 2]);
+    return 0;
+}

@@ -1,0 +1,191 @@
+#include "platform/HtmlDocument.h"
+
+#include "platform/GlyphTable.h"
+#include "platform/HtmlSelection.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "support/MError.h"
+
+HtmlDocument::HtmlDocument(WebBrowser *browser, const QList<int> &framePath)
+    : m_browser(browser)
+    , m_path(framePath)
+{
+}
+
+QVariant HtmlDocument::call(const QString &function, QVariantList args, const QString &position) const
+{
+    if (!m_browser) {
+        MError::SetError(PageScriptCall::ScriptError, QStringLiteral("Object variable not set"), position);
+        return {};
+    }
+    QVariantList path;
+    for (int i : m_path)
+        path.append(i);
+    args.prepend(QVariant(path));
+    return PageScriptCall::call(m_browser->page(), function, args, position);
+}
+
+QVariantMap HtmlDocument::info(const QString &position) const
+{
+    return call(QStringLiteral("doc.info"), {}, position).toMap();
+}
+
+QString HtmlDocument::TypeName() const
+{
+    return m_path.isEmpty() ? QStringLiteral("HTMLDocument") : QStringLiteral("HTMLWindow2");
+}
+
+QString HtmlDocument::title() const { return info(QStringLiteral("HtmlDocument.title")).value(QStringLiteral("title")).toString(); }
+QString HtmlDocument::URL() const { return info(QStringLiteral("HtmlDocument.URL")).value(QStringLiteral("URL")).toString(); }
+QString HtmlDocument::href() const { return info(QStringLiteral("HtmlDocument.location")).value(QStringLiteral("href")).toString(); }
+QString HtmlDocument::pathname() const { return info(QStringLiteral("HtmlDocument.location")).value(QStringLiteral("pathname")).toString(); }
+QString HtmlDocument::readyState() const { return info(QStringLiteral("HtmlDocument.readyState")).value(QStringLiteral("readyState")).toString(); }
+QString HtmlDocument::designMode() const { return info(QStringLiteral("HtmlDocument.designMode")).value(QStringLiteral("designMode")).toString(); }
+QString HtmlDocument::doctype() const { return info(QStringLiteral("HtmlDocument.doctype")).value(QStringLiteral("doctype")).toString(); }
+int HtmlDocument::frameCount() const { return info(QStringLiteral("HtmlDocument.frames")).value(QStringLiteral("frames")).toInt(); }
+
+void HtmlDocument::setTitle(const QString &title)
+{
+    call(QStringLiteral("doc.set"), {QStringLiteral("title"), title}, QStringLiteral("HtmlDocument.title"));
+}
+
+void HtmlDocument::setDesignMode(const QString &mode)
+{
+    call(QStringLiteral("doc.set"), {QStringLiteral("designMode"), mode}, QStringLiteral("HtmlDocument.designMode"));
+}
+
+HtmlElement HtmlDocument::body() const
+{
+    return HtmlElement(m_browser, call(QStringLiteral("doc.element"), {QStringLiteral("body")}, QStringLiteral("HtmlDocument.body")).toInt());
+}
+
+HtmlElement HtmlDocument::documentElement() const
+{
+    return HtmlElement(m_browser, call(QStringLiteral("doc.element"), {QStringLiteral("documentElement")},
+                                       QStringLiteral("HtmlDocument.documentElement")).toInt());
+}
+
+QList<HtmlElement> HtmlDocument::all() const
+{
+    return HtmlElement::fromHandles(m_browser, call(QStringLiteral("doc.all"), {}, QStringLiteral("HtmlDocument.all")));
+}
+
+int HtmlDocument::allLength() const
+{
+    return call(QStringLiteral("doc.count"), {}, QStringLiteral("HtmlDocument.all")).toInt();
+}
+
+QList<HtmlElement> HtmlDocument::getElementsByTagName(const QString &tag) const
+{
+    return HtmlElement::fromHandles(m_browser, call(QStringLiteral("doc.tags"), {tag},
+                                                    QStringLiteral("HtmlDocument.getElementsByTagName")));
+}
+
+HtmlElement HtmlDocument::getElementById(const QString &id) const
+{
+    return HtmlElement(m_browser, call(QStringLiteral("doc.byId"), {id}, QStringLiteral("HtmlDocument.getElementById")).toInt());
+}
+
+HtmlElement HtmlDocument::createElement(const QString &tag)
+{
+    return HtmlElement(m_browser, call(QStringLiteral("doc.create"), {tag}, QStringLiteral("HtmlDocument.createElement")).toInt());
+}
+
+HtmlElement HtmlDocument::elementFromPoint(int x, int y) const
+{
+    return HtmlElement(m_browser, call(QStringLiteral("doc.fromPoint"), {x, y}, QStringLiteral("HtmlDocument.elementFromPoint")).toInt());
+}
+
+HtmlDocument HtmlDocument::frame(int index) const
+{
+    QList<int> path = m_path;
+    path.append(index);
+    return HtmlDocument(m_browser, path);
+}
+
+bool HtmlDocument::execCommand(const QString &command, bool showUI, const QVariant &value)
+{
+    return call(QStringLiteral("doc.exec"), {command, showUI, value}, QStringLiteral("HtmlDocument.execCommand")).toBool();
+}
+
+bool HtmlDocument::queryCommandEnabled(const QString &command) const
+{
+    return call(QStringLiteral("doc.queryEnabled"), {command}, QStringLiteral("HtmlDocument.queryCommandEnabled")).toBool();
+}
+
+bool HtmlDocument::queryCommandState(const QString &command) const
+{
+    return call(QStringLiteral("doc.queryState"), {command}, QStringLiteral("HtmlDocument.queryCommandState")).toBool();
+}
+
+long HtmlDocument::execDesign(int command, const QVariant &argument)
+{
+    const QString position = QStringLiteral("HtmlDocument.execDesign");
+    QVariant done;
+    switch (command) {
+    case RespectVisibilityInDesign:
+        done = call(QStringLiteral("look.design"), {QStringLiteral("visibility"), argument.toBool()}, position);
+        break;
+    case ShowZeroBorderAtDesignTime:
+        // The editor sends a two-byte 0 here and wants the borders shown;
+        // only an explicit false switches them off again.
+        done = call(QStringLiteral("look.design"),
+                    {QStringLiteral("zeroBorders"), argument.typeId() == QMetaType::Bool ? argument.toBool() : true},
+                    position);
+        break;
+    case EmptyGlyphTable:
+        done = call(QStringLiteral("look.glyphs"), {QVariantList()}, position);
+        break;
+    case AddToGlyphTable:
+        done = call(QStringLiteral("look.glyphs"), {GlyphTable::parseRows(argument.toString())}, position);
+        break;
+    default:
+        MError::SetError(PageScriptCall::ScriptError, QStringLiteral("Unknown command %1.").arg(command), position);
+        return 0;
+    }
+    return done.toBool() ? 1 : 0;
+}
+
+long HtmlDocument::setHatched(bool on)
+{
+    return call(QStringLiteral("look.design"), {QStringLiteral("hatched"), on}, QStringLiteral("HtmlDocument.setHatched")).toBool() ? 1 : 0;
+}
+
+HtmlSelection HtmlDocument::selection() const
+{
+    return HtmlSelection(*this);
+}
+
+QList<StyleSheetInfo> HtmlDocument::styleSheets() const
+{
+    QList<StyleSheetInfo> out;
+    for (const QVariant &v : call(QStringLiteral("doc.styleSheets"), {}, QStringLiteral("HtmlDocument.styleSheets")).toList()) {
+        const QVariantMap m = v.toMap();
+        out.append({m.value(QStringLiteral("href")).toString(), m.value(QStringLiteral("readOnly")).toBool(),
+                    m.value(QStringLiteral("selectors")).toStringList()});
+    }
+    return out;
+}
+
+QString HtmlDocument::serialize() const
+{
+    return call(QStringLiteral("doc.serialize"), {}, QStringLiteral("HtmlDocument.serialize")).toString();
+}
+
+long HtmlDocument::setAttributeOnTags(const QString &tag, const QString &name, const QString &value)
+{
+    const QVariant n = call(QStringLiteral("bulk.setAttrOnTags"), {tag, name, value}, QStringLiteral("HtmlDocument.setAttributeOnTags"));
+    return n.isValid() ? n.toLongLong() : -1;
+}
+
+long HtmlDocument::removeAttributesEverywhere(const QStringList &names)
+{
+    const QVariant n = call(QStringLiteral("bulk.removeAttrs"), {names}, QStringLiteral("HtmlDocument.removeAttributesEverywhere"));
+    return n.isValid() ? n.toLongLong() : -1;
+}
+
+long HtmlDocument::keyAndStrip(const QString &tag, const QString &keyName, const QStringList &names)
+{
+    const QVariant n = call(QStringLiteral("bulk.keyAndStrip"), {tag, keyName, names}, QStringLiteral("HtmlDocument.keyAndStrip"));
+    return n.isValid() ? n.toLongLong() : -1;
+}

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/WebBrowser.h"
+#include "platform/HtmlElement.h"
+
+#include <QList>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class HtmlSelection;
+class HtmlTextRange;
+
+// One style sheet of a document: its selectors, and whether the editor may
+// change it (a linked sheet lives in its own file and is read-only here).
+struct StyleSheetInfo
+{
+    QString href;
+    bool readOnly = false;
+    QStringList selectors;
+};
+
+// A document of the page: the top one (empty path) or that of a frame,
+// reached from the top document by the frames' indexes. A frame of another
+// origin refuses every call with "Permission denied".
+class HtmlDocument
+{
+public:
+    // Display commands that the editor switches while editing.
+    static constexpr int RespectVisibilityInDesign = 2405;
+    static constexpr int ShowZeroBorderAtDesignTime = 2328;
+    static constexpr int EmptyGlyphTable = 2336;
+    static constexpr int AddToGlyphTable = 2337;
+
+    HtmlDocument() = default;
+    HtmlDocument(WebBrowser *browser, const QList<int> &framePath);
+
+    bool isNull() const { return !m_browser; }
+    WebBrowser *browser() const { return m_browser; }
+    QList<int> framePath() const { return m_path; }
+
+    // "HTMLDocument" for the top page, "HTMLWindow2" for a frame's window.
+    QString TypeName() const;
+
+    QString title() const;
+    void setTitle(const QString &title);
+    QString URL() const;
+    QString href() const;     // location.href
+    QString pathname() const; // location.pathname
+    QString readyState() const; // "loading", "interactive", "complete"
+    QString designMode() const; // "On" or "Off"
+    void setDesignMode(const QString &mode);
+    QString doctype() const;
+
+    HtmlElement body() const;
+    HtmlElement documentElement() const;
+    QList<HtmlElement> all() const;
+    int allLength() const;
+    QList<HtmlElement> getElementsByTagName(const QString &tag) const;
+    HtmlElement getElementById(const QString &id) const;
+    HtmlElement createElement(const QString &tag);
+    HtmlElement elementFromPoint(int x, int y) const;
+
+    int frameCount() const;
+    HtmlDocument frame(int index) const;
+
+    bool execCommand(const QString &command, bool showUI = false, const QVariant &value = {});
+    bool queryCommandEnabled(const QString &command) const;
+    bool queryCommandState(const QString &command) const;
+    // The design commands by number; for the glyph table the argument is the
+    // rows text ("%%tag^^%%picture^^%%S^^...**"), for the others a boolean.
+    long execDesign(int command, const QVariant &argument = {});
+
+    HtmlSelection selection() const;
+    QList<StyleSheetInfo> styleSheets() const;
+
+    // The page as a file: the doctype, then documentElement.outerHTML.
+    QString serialize() const;
+
+    // The editor's look of a page that is shown but not edited.
+    long setHatched(bool on);
+
+    // Bulk work done in one round trip: returns the count of elements or
+    // attributes touched, or -1 on failure.
+    long setAttributeOnTags(const QString &tag, const QString &name, const QString &value);
+    long removeAttributesEverywhere(const QStringList &names);
+    // Strips the named attributes from every element and numbers each
+    // element of the tag with keyName = 0, 1, ... in document order; gives
+    // the count numbered.
+    long keyAndStrip(const QString &tag, const QString &keyName, const QStringList &names);
+
+private:
+    friend class HtmlSelection;
+    friend class HtmlTextRange;
+    QVariant call(const QString &function, QVariantList args, const QString &position) const;
+    QVariantMap info(const QString &position) const;
+
+    QPointer<WebBrowser> m_browser;
+    QList<int> m_path;
+};
