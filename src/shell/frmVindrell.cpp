@@ -213,15 +213,7 @@ long frmVindrell::checkForNewVersions(long &answer)
         return 1;
     HttpControl p_HTTP;
     p_HTTP.Timeout = 10;
-    const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
-    if (proxy.use) {
-        p_HTTP.ProxyServer = proxy.serverHTTPname;
-        p_HTTP.ProxyPort = proxy.serverHTTPPort.toInt();
-        if (proxy.useHTTPpassword) {
-            p_HTTP.ProxyUser = proxy.serverHTTPUser;
-            p_HTTP.ProxyPassword = proxy.serverHTTPPassword;
-        }
-    }
+    MGlobalProjectObjects::ApplyHttpProxy(p_HTTP);
     m_strVersionReply.clear();
     connect(&p_HTTP, &HttpControl::Transfer, this, [this](int direction, qint64, const QByteArray &text) {
         if (direction == 1)
