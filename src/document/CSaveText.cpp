@@ -17,15 +17,15 @@ using G = MGlobalProjectObjects;
 const long kTidyFailed = 10010; // our own number for a page Tidy refused
 const QString kTidyPosition = QStringLiteral("CDocument.TidyUpHTML");
 
-// Tidy's name of the output encoding for a TidyCharEncodingType. Types
-// without a name of their own (2, 4, 5) write UTF-8: it holds every
-// character, so nothing of the page is lost.
+// Tidy's name of the output encoding for a TidyCharEncodingType. ASCII and
+// Latin-1 let Tidy turn what they lack into references; every other type
+// is written as UTF-8 here, since the text stays Unicode until the upload
+// encodes it by the page's declared charset (windows-1252 included).
 const char *TidyEncodingName(long type)
 {
     switch (type) {
     case 0: return "ascii";
     case 1: return "latin1";
-    case 6: return "win1252";
     default: return "utf8";
     }
 }

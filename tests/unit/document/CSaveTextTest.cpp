@@ -82,6 +82,9 @@ TEST(TidyUpHTML, WritesAWholeDocumentInTheChosenEncoding)
     const QString latin = tidied(kPage, 1, 0);
     EXPECT_TRUE(latin.contains(QStringLiteral("R\u00e4ksm\u00f6rg\u00e5s")));
     EXPECT_FALSE(latin.contains(QChar(0x0141)));
+
+    const QString western = tidied(kPage, 6, 0);
+    EXPECT_TRUE(western.contains(QStringLiteral("R\u00e4ksm\u00f6rg\u00e5s \u20ac")));
 }
 
 TEST(TidyUpHTML, IndentsByTheSettingWithTabs)
