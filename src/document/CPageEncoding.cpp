@@ -73,15 +73,19 @@ QString CPageEncoding::Decode(const QByteArray &bytes)
     const QString charset = DeclaredCharset(bytes);
     if (IsWesternName(charset))
         return DecodeCp1252(bytes);
-    // The decoders by name drop a byte order mark of their own charset.
-    QStringDecoder decoder(IsUtf8Name(charset) ? "UTF-8" : charset.toLatin1().constData());
+    // A byte order mark is kept as U+FEFF, so the text is written back with
+    // it and an unchanged file comes back byte for byte.
+    QStringDecoder decoder(IsUtf8Name(charset) ? "UTF-8" : charset.toLatin1().constData(),
+                           QStringConverter::Flag::ConvertInitialBom);
     return decoder.isValid() ? decoder(bytes) : DecodeCp1252(bytes);
 }
 
 QByteArray CPageEncoding::Encode(const QString &text)
 {
+    // A text that starts with a byte order mark goes out as UTF-8 with it
+    // (a UTF-16 page too: every browser reads the mark before any META).
     const QString charset = CharsetInMeta(text);
-    if (IsUtf8Name(charset))
+    if (IsUtf8Name(charset) || text.startsWith(QChar(0xFEFF)))
         return text.toUtf8();
     if (IsWesternName(charset))
         return EncodeWithReferences(text, charset);

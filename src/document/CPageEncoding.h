@@ -15,10 +15,11 @@ public:
     // The charset a page text declares in its META tag; "" when none.
     static QString DeclaredCharset(const QString &text);
 
+    // A byte order mark stays at the start of the text as U+FEFF.
     static QString Decode(const QByteArray &bytes);
 
-    // The text for upload in the charset its META tag declares (what the
-    // save just settled), windows-1252 when none. Characters the charset
+    // The text for upload: UTF-8 behind a byte order mark, else the charset
+    // its META tag declares (what the save just settled), else windows-1252. Characters the charset
     // lacks become character references, so none is lost.
     static QByteArray Encode(const QString &text);
 

@@ -37,7 +37,8 @@ TEST(PageEncoding, ByteOrderMarkWinsAndCharactersAreNeverLost)
 {
     const QByteArray bom = QByteArray("\xEF\xBB\xBF") + QStringLiteral("<p>\u00e5</p>").toUtf8();
     EXPECT_EQ(CPageEncoding::DeclaredCharset(bom), QStringLiteral("utf-8"));
-    EXPECT_EQ(CPageEncoding::Decode(bom), QStringLiteral("<p>\u00e5</p>"));
+    EXPECT_EQ(CPageEncoding::Decode(bom), QStringLiteral("\uFEFF<p>\u00e5</p>"));
+    EXPECT_EQ(CPageEncoding::Encode(CPageEncoding::Decode(bom)), bom);
 
     // No declaration: windows-1252; what it lacks goes out as a reference.
     EXPECT_EQ(CPageEncoding::Encode(QStringLiteral("<p>\u00e5\u20ac\u0141</p>")),
