@@ -4,53 +4,29 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-QString sendPath(const QString &baseaddress, const QString &ftproot, const QString &url,
-                 const QString &pathname)
+TEST(SendPath, FromSiteAndAddress)
 {
-    SiteRecord site;
-    site.baseaddress = baseaddress;
-    site.ftproot = ftproot;
-    QString out;
-    EXPECT_EQ(CSendPath::GetPreparedSendPath(site, url, pathname, out), 1);
-    return out;
-}
-
-} // namespace
-
-TEST(SendPath, DecodesTheAddressAndJoinsTheFtpRoot)
-{
-    const QString host = QStringLiteral("http://www.example.se");
-    EXPECT_EQ(sendPath(host, QString(), QString(), QStringLiteral("/my%20page.htm")),
-              QStringLiteral("/my page.htm"));
-    EXPECT_EQ(sendPath(host, QString(), QString(), QStringLiteral("/a%26b.htm")), QStringLiteral("/a&b.htm"));
-    EXPECT_EQ(sendPath(host, QStringLiteral("/www/"), QString(), QStringLiteral("/p.htm")),
-              QStringLiteral("/www/p.htm"));
-    EXPECT_EQ(sendPath(host, QStringLiteral("/www"), QString(), QStringLiteral("/p.htm")),
-              QStringLiteral("/www/p.htm"));
-    EXPECT_EQ(sendPath(host, QStringLiteral("www"), QString(), QStringLiteral("p.htm")),
-              QStringLiteral("www/p.htm"));
-    EXPECT_EQ(sendPath(host, QStringLiteral("/www"), QString(), QStringLiteral("/www/p.htm")),
-              QStringLiteral("/www/p.htm"));
-    EXPECT_EQ(sendPath(host, QString(), QString(), QStringLiteral("/~anna/sub/p.htm")),
-              QStringLiteral("/sub/p.htm"));
-}
-
-TEST(SendPath, SiteInASubfolderLosesItsLevelsButAnOwnPathDoesNot)
-{
-    const QString deep = QStringLiteral("http://host/a/b/");
-    EXPECT_EQ(CSendPath::CalculateNumberSubDomainLevel(deep), 2);
-    EXPECT_EQ(CSendPath::CalculateNumberSubDomainLevel(QStringLiteral("http://host")), 0);
-    EXPECT_EQ(sendPath(deep, QStringLiteral("/www"), QString(), QStringLiteral("/a/b/c/p%20q.htm")),
-              QStringLiteral("/www/c/p q.htm"));
-    EXPECT_EQ(sendPath(deep, QString(), QStringLiteral("/a/b/p.htm"), QStringLiteral("/x.htm")),
-              QStringLiteral("/a/b/p.htm"));
-    EXPECT_EQ(CSendPath::ShortenDocumentPath(QStringLiteral("/a/p.htm"), 3), QStringLiteral("/p.htm"));
-}
-
-TEST(SendPath, TildeWithoutAFolderBehindStays)
-{
-    EXPECT_EQ(CSendPath::RemoveTildePart(QStringLiteral("/~anna")), QStringLiteral("/~anna"));
-    EXPECT_EQ(CSendPath::RemoveTildePart(QStringLiteral("/x/~anna/p.htm")), QStringLiteral("/x/p.htm"));
+    struct Case { const char *base, *root, *url, *pathname, *expected; };
+    const Case cases[] = {
+        {"http://h", "", "", "/my%20page.htm", "/my page.htm"},
+        {"http://h", "", "", "/a%26b.htm", "/a&b.htm"},
+        {"http://h", "/www/", "", "/p.htm", "/www/p.htm"},
+        {"http://h", "/www", "", "/p.htm", "/www/p.htm"},
+        {"http://h", "www", "", "p.htm", "www/p.htm"},
+        {"http://h", "/www", "", "/www/p.htm", "/www/p.htm"},
+        {"http://h", "", "", "/~anna/sub/p.htm", "/sub/p.htm"},
+        {"http://h", "", "", "/~anna", "/~anna"},
+        // A site in a subfolder loses its levels; the document's own path does not.
+        {"http://h/a/b/", "/www", "", "/a/b/c/p%20q.htm", "/www/c/p q.htm"},
+        {"http://h/a/b/", "", "/a/b/p.htm", "/x.htm", "/a/b/p.htm"},
+        {"http://h/a/b/c", "", "", "/a/p.htm", "/p.htm"},
+    };
+    for (const Case &c : cases) {
+        SiteRecord site;
+        site.baseaddress = QString::fromLatin1(c.base);
+        site.ftproot = QString::fromLatin1(c.root);
+        QString out;
+        EXPECT_EQ(CSendPath::GetPreparedSendPath(site, QString::fromLatin1(c.url), QString::fromLatin1(c.pathname), out), 1);
+        EXPECT_EQ(out, QString::fromLatin1(c.expected)) << c.base << " " << c.pathname;
+    }
 }
