@@ -1,5 +1,7 @@
 #include "config/MGlobalProjectObjects.h"
 
+#include "platform/HttpControl.h"
+
 std::vector<SiteRecord> MGlobalProjectObjects::URLDATA;
 long MGlobalProjectObjects::lCurrentURL = 0;
 ProxySettings MGlobalProjectObjects::Proxy;
@@ -14,3 +16,15 @@ QString MGlobalProjectObjects::g_strAppPath;
 QString MGlobalProjectObjects::g_strTempFolder;
 QString MGlobalProjectObjects::g_strUserName;
 QString MGlobalProjectObjects::g_strUserMail;
+
+void MGlobalProjectObjects::ApplyHttpProxy(HttpControl &http)
+{
+    if (!Proxy.use)
+        return;
+    http.ProxyServer = Proxy.serverHTTPname;
+    http.ProxyPort = Proxy.serverHTTPPort.toInt();
+    if (Proxy.useHTTPpassword) {
+        http.ProxyUser = Proxy.serverHTTPUser;
+        http.ProxyPassword = Proxy.serverHTTPPassword;
+    }
+}

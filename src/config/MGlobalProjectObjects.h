@@ -5,6 +5,8 @@
 
 #include <vector>
 
+class HttpControl;
+
 // One site: an HTTP address bound to an FTP account, and how pages map from
 // one to the other. Fields in the order of the stored record. A fresh record
 // is not active, uses passive FTP and lets the system decide the transfer
@@ -63,6 +65,10 @@ public:
     // The site records, sorted by baseaddress, and the one in use.
     static std::vector<SiteRecord> URLDATA;
     static long lCurrentURL;
+
+    // Points an HTTP control at the user's HTTP proxy, with its password,
+    // when the settings say to use one.
+    static void ApplyHttpProxy(HttpControl &http);
 
     // Global settings read with the site records.
     static ProxySettings Proxy;

@@ -2,44 +2,290 @@
 
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFileDropTarget.h"
+#include "config/CSiteChoice.h"
+#include "config/frmMessageBoxYesNoOnce.h"
 #include "platform/CReg.h"
+#include "platform/HttpControl.h"
+#include "shell/CSiteOfAddress.h"
+#include "shell/CVersionAnnouncement.h"
+#include "support/MError.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
+#include "support/UserQuestions.h"
 
+#include <QCloseEvent>
+#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
-#include <QWebEngineView>
+
+bool frmVindrell::g_boolVersionChecked = false;
+QString frmVindrell::g_strHelpBase;
+
+namespace {
+struct Caption
+{
+    const char *control;
+    long caption;
+    long toolTip; // 0: none
+};
+
+// The captions of the band and the address row, by control.
+const Caption kCaptions[] = {
+    {"cmdEdit", 14421, 0},      {"cmdUndo", 19900, 0},      {"cmdRedo", 19901, 0},
+    {"cmdShowAdminSettings", 19902, 0},                     {"cmdPane1", 14422, 0},
+    {"cmdPane2", 19903, 0},     {"cmdPane3", 14400, 0},     {"cmdPane4", 14401, 0},
+    {"cmdHelp", 19905, 14402},  {"cmdComment", 19906, 14404}, {"cmdSettings", 19904, 14403},
+    {"cmdSave", 19907, 0},      {"cmdBack", 19908, 0},      {"cmdForward", 19909, 0},
+    {"cmdGo", StringIds::GoButton, 0},
+};
+
+// The band's width in pixels; the splitter that moves it comes with the
+// band's own layout.
+constexpr int kBandWidth = 180;
+} // namespace
 
 frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
 {
-    // The language is chosen once, before any caption is set.
-    MResources::InitLangSupport();
-    setWindowTitle(MResources::LoadResourceString(StringIds::ProgramName));
+    buildControls();
+    connectControls();
+    Form_Load();
+}
+
+QPushButton *frmVindrell::addButton(QWidget *parent, const char *name, bool checkable)
+{
+    auto *button = new QPushButton(parent);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setCheckable(checkable);
+    return button;
+}
+
+void frmVindrell::buildControls()
+{
     auto *central = new QWidget(this);
-    auto *column = new QVBoxLayout(central);
-    auto *addressRow = new QHBoxLayout;
-    m_address = new QLineEdit(central);
-    auto *go = new QPushButton(MResources::LoadResourceString(StringIds::GoButton), central);
-    addressRow->addWidget(m_address, 1);
-    addressRow->addWidget(go);
-    column->addLayout(addressRow);
-    m_browser = new WebBrowser(central);
-    column->addWidget(m_browser, 1);
+    auto *row = new QHBoxLayout(central);
+    row->addWidget(buildBand());
+    row->addWidget(buildBrowserColumn(), 1);
     setCentralWidget(central);
     resize(1024, 768);
+}
+
+// The band's column from the top. Buttons whose work comes with later parts
+// of the program stand in their places, disabled.
+QWidget *frmVindrell::buildBand()
+{
+    auto *band = new QWidget(this);
+    band->setObjectName(QStringLiteral("picBand"));
+    band->setFixedWidth(kBandWidth);
+    auto *column = new QVBoxLayout(band);
+    column->setContentsMargins(0, 0, 0, 0);
+    cmdEdit = addButton(band, "cmdEdit", true);
+    column->addWidget(cmdEdit);
+    auto *undoRow = new QHBoxLayout;
+    undoRow->addWidget(addButton(band, "cmdUndo"));
+    undoRow->addWidget(addButton(band, "cmdRedo"));
+    column->addLayout(undoRow);
+    column->addWidget(addButton(band, "cmdShowAdminSettings"));
+    for (const char *pane : {"cmdPane1", "cmdPane2", "cmdPane3", "cmdPane4"})
+        column->addWidget(addButton(band, pane, true));
+    column->addStretch(1);
+    auto *smallRow = new QHBoxLayout;
+    for (const char *small : {"cmdHelp", "cmdComment", "cmdSettings"})
+        smallRow->addWidget(addButton(band, small));
+    column->addLayout(smallRow);
+    cmdSave = addButton(band, "cmdSave");
+    column->addWidget(cmdSave);
+    for (QPushButton *button : band->findChildren<QPushButton *>())
+        button->setEnabled(false);
+    // The comment form is not part of this build: its place stays empty.
+    band->findChild<QPushButton *>(QStringLiteral("cmdComment"))->setVisible(false);
+    return band;
+}
+
+QWidget *frmVindrell::buildBrowserColumn()
+{
+    auto *side = new QWidget(this);
+    auto *column = new QVBoxLayout(side);
+    column->setContentsMargins(0, 0, 0, 0);
+    m_IE = new WebBrowser(side);
+    m_IE->setObjectName(QStringLiteral("m_IE"));
+    column->addWidget(m_IE, 1);
+    auto *addressRow = new QHBoxLayout;
+    addressRow->addWidget(addButton(side, "cmdBack"));
+    addressRow->addWidget(addButton(side, "cmdForward"));
+    cmbAddress = new QComboBox(side);
+    cmbAddress->setObjectName(QStringLiteral("cmbAddress"));
+    cmbAddress->setEditable(true);
+    // The list grows only through cmdGo_Click, which keeps it free of repeats.
+    cmbAddress->setInsertPolicy(QComboBox::NoInsert);
+    addressRow->addWidget(cmbAddress, 1);
+    addressRow->addWidget(addButton(side, "cmdGo"));
+    column->addLayout(addressRow);
+    return side;
+}
+
+void frmVindrell::connectControls()
+{
+    auto *go = findChild<QPushButton *>(QStringLiteral("cmdGo"));
+    connect(go, &QPushButton::clicked, this, &frmVindrell::cmdGo_Click);
+    connect(cmbAddress->lineEdit(), &QLineEdit::returnPressed, this, &frmVindrell::cmdGo_Click);
+    connect(cmbAddress, &QComboBox::activated, this, &frmVindrell::cmdGo_Click);
+    connect(findChild<QPushButton *>(QStringLiteral("cmdBack")), &QPushButton::clicked, m_IE,
+            &WebBrowser::GoBack);
+    connect(findChild<QPushButton *>(QStringLiteral("cmdForward")), &QPushButton::clicked, m_IE,
+            &WebBrowser::GoForward);
+    // clicked, not toggled: releasing the button from code must not run the
+    // press again.
+    connect(cmdEdit, &QPushButton::clicked, this, &frmVindrell::cmdEdit_Click);
+    connect(m_IE, &WebBrowser::urlChanged, this,
+            [this](const QUrl &url) { cmbAddress->setEditText(url.toString()); });
     new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
+}
+
+void frmVindrell::LoadResCaps()
+{
+    for (const Caption &entry : kCaptions) {
+        auto *button = findChild<QPushButton *>(QString::fromLatin1(entry.control));
+        button->setText(MResources::LoadResourceString(entry.caption));
+        if (entry.toolTip != 0)
+            button->setToolTip(MResources::LoadResourceString(entry.toolTip));
+    }
+}
+
+void frmVindrell::fillAddressList()
+{
+    cmbAddress->clear();
+    for (const SiteRecord &record : MGlobalProjectObjects::URLDATA)
+        cmbAddress->addItem(record.baseaddress);
+    cmbAddress->setEditText(QString());
+}
+
+// The start, step by step. A step that fails leaves the pending error and
+// goes to the trap with its number.
+void frmVindrell::Form_Load()
+{
+    long lAnswer = 0;
+    m_strCurrentURL = m_IE->LocationURL();
+    if (!MResources::InitLangSupport())
+        return Form_Load_Trap(2);
+    g_strHelpBase = MResources::LoadResourceString(StringIds::HelpBase);
     MGlobalProjectObjects::g_strUserName = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("username"));
     MGlobalProjectObjects::g_strUserMail = CReg::GetSetting(QStringLiteral("settings"), QStringLiteral("usermail"));
-    CPublicSettings().GetURLSettings();
+    setWindowTitle(QStringLiteral("VindrellCMS"));
+    // The site tree, the local tree and the band's layout object come with
+    // the file views and the band; the document callbacks with the documents.
+    if (!CPublicSettings().GetURLSettings())
+        return Form_Load_Trap(9);
+    // The frames' address list comes with the edit session.
+    fillAddressList();
+    LoadResCaps();
+    if (!g_boolVersionChecked) {
+        if (!checkForNewVersions(lAnswer))
+            MError::LogError();
+        g_boolVersionChecked = true;
+        if (lAnswer == UserQuestions::vbYes)
+            m_IE->Navigate2(CVersionAnnouncement::DownloadPage());
+    }
+    cmdEdit->setEnabled(true);
+    if (lAnswer != UserQuestions::vbYes)
+        m_IE->GoHome();
+    m_boolLoaded = true;
+}
 
-    connect(go, &QPushButton::clicked, this, &frmVindrell::navigateToAddressRow);
-    connect(m_address, &QLineEdit::returnPressed, this, &frmVindrell::navigateToAddressRow);
-    connect(m_browser, &QWebEngineView::urlChanged, this,
-            [this](const QUrl &url) { m_address->setText(url.toString()); });
-    m_browser->load(QUrl(homePage()));
+// The error of the failed step stays as it was set, where it was set; only
+// an error without a place gets this one.
+void frmVindrell::Form_Load_Trap(int step)
+{
+    MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
+                            QStringLiteral("frmVindrell.Form_Load  Err.Description: ") + MError::ErrorDescription()
+                                + QStringLiteral(" {line: %1 URL: %2}").arg(step).arg(m_IE->LocationURL()));
+    MError::ShowError();
+    QTimer::singleShot(0, this, &QWidget::close);
+}
+
+long frmVindrell::checkForNewVersions(long &answer)
+{
+    const QString server = CVersionAnnouncement::VersionServer();
+    if (server.isEmpty())
+        return 1;
+    HttpControl p_HTTP;
+    p_HTTP.Timeout = 10;
+    MGlobalProjectObjects::ApplyHttpProxy(p_HTTP);
+    m_strVersionReply.clear();
+    connect(&p_HTTP, &HttpControl::Transfer, this, [this](int direction, qint64, const QByteArray &text) {
+        if (direction == 1)
+            m_strVersionReply += QString::fromUtf8(text);
+    });
+    if (!p_HTTP.Get(server + CVersionAnnouncement::VersionPath())) {
+        MError::SetErrorIfClear(p_HTTP.ErrorNumber(), p_HTTP.ErrorDescription(), CVersionAnnouncement::Position());
+        return 0;
+    }
+    // An empty file, or one of blanks only, announces nothing.
+    if (m_strVersionReply.trimmed().isEmpty())
+        return 1;
+    long lMajor = 0;
+    long lMinor = 0;
+    if (!CVersionAnnouncement::Parse(m_strVersionReply, lMajor, lMinor))
+        return 0;
+    if (!CVersionAnnouncement::IsNewer(lMajor, lMinor, CVersionAnnouncement::AppMajor(),
+                                       CVersionAnnouncement::AppMinor()))
+        return 1;
+    // Asked before the window is shown, so the question stands on its own.
+    const long shown = frmMessageBoxYesNoOnce::Show(CVersionAnnouncement::Message(m_strVersionReply),
+                                                    CVersionAnnouncement::Title(),
+                                                    CVersionAnnouncement::MessageName(lMajor, lMinor));
+    if (shown != 0)
+        answer = shown;
+    return 1;
+}
+
+void frmVindrell::closeEvent(QCloseEvent *event)
+{
+    Form_QueryUnload();
+    // The close is never refused, and an unsaved page is not asked about.
+    event->accept();
+}
+
+// Tears down in a fixed order. The frame list, the ASP filters and the
+// documents of an edit session, the helper windows of the site tree, the
+// menus and the administrator panel come with their parts of the program;
+// there are no window hooks to detach, as the widgets receive their own
+// focus and keys.
+void frmVindrell::Form_QueryUnload()
+{
+    disconnect(m_IE, nullptr, this, nullptr);
+    m_IE->stop();
+}
+
+void frmVindrell::cmdEdit_Click(bool pressed)
+{
+    // Releasing the button belongs to the edit session.
+    if (!pressed)
+        return;
+    m_strCurrentURL = m_IE->LocationURL();
+    bool found = false;
+    CSiteOfAddress::GetCurrentURLIndex(m_strCurrentURL, found);
+    // The press ends with the button up in every case this build knows:
+    // after the choice of site, and on a site's page until the edit session
+    // is built.
+    cmdEdit->setChecked(false);
+    if (found)
+        return;
+    QString strNavigate;
+    CSiteChoice::OfferSites(strNavigate);
+    if (!strNavigate.isEmpty())
+        navigateTo(strNavigate);
+}
+
+void frmVindrell::cmdGo_Click()
+{
+    const QString text = cmbAddress->currentText();
+    if (cmbAddress->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0)
+        cmbAddress->addItem(text);
+    navigateTo(text);
 }
 
 QString frmVindrell::homePage()
@@ -47,12 +293,7 @@ QString frmVindrell::homePage()
     return WebBrowser::homePage();
 }
 
-void frmVindrell::navigateToAddressRow()
-{
-    navigateTo(m_address->text());
-}
-
 void frmVindrell::navigateTo(const QString &address)
 {
-    m_browser->load(QUrl::fromUserInput(address));
+    m_IE->load(QUrl::fromUserInput(address));
 }

@@ -4,18 +4,35 @@
 
 #include <QMainWindow>
 
-class QLineEdit;
+class QComboBox;
+class QHBoxLayout;
+class QPushButton;
+class QVBoxLayout;
 
-// The main window: an address row above the embedded browser. It opens on
-// the home page kept in the settings store (key Browser, value HomePage).
+// The main window. At the left stands the band: Edit, Undo and Redo, the
+// administrator's button, the four pane buttons, the small Help, Comment and
+// Settings buttons and Save, from the top down. At the right the browser,
+// and beneath it, on the level of Save, the address row. Every control has
+// its name as object name, so that the band's layout can take them by name.
+//
+// When no page is under edit the window is simply a browser. It opens on
+// the home page kept in the settings store (key Browser, value HomePage),
+// or on the maker's download page when the user asks for a new version.
+// It is always the stand-alone window: the program is never a bar inside
+// another browser.
 class frmVindrell : public QMainWindow
 {
     Q_OBJECT
 
 public:
+    // Builds the controls and runs Form_Load. A failed load shows the error
+    // and closes the window, which ends the program.
     explicit frmVindrell(QWidget *parent = nullptr);
 
-    WebBrowser *browser() const { return m_browser; }
+    WebBrowser *browser() const { return m_IE; }
+
+    // False when Form_Load failed; the window closes as soon as events run.
+    bool Loaded() const { return m_boolLoaded; }
 
     // The home page from the settings store, or about:blank when none is set.
     static QString homePage();
@@ -23,9 +40,41 @@ public:
     // Shows the given address in the browser.
     void navigateTo(const QString &address);
 
-private:
-    void navigateToAddressRow();
+    // Asks the maker's server for the latest version and, when it is newer
+    // than this program, asks the user whether to get it. answer comes back
+    // vbYes (6) only when the user asked for the download, else untouched.
+    // Returns 1, or 0 with the pending error set.
+    long checkForNewVersions(long &answer);
 
-    QLineEdit *m_address = nullptr;
-    WebBrowser *m_browser = nullptr;
+    // True once the version was asked for in this process: a second window
+    // does not ask again.
+    static bool g_boolVersionChecked;
+    // Base address of the on-line help in the current language.
+    static QString g_strHelpBase;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildControls();
+    QWidget *buildBand();
+    QWidget *buildBrowserColumn();
+    QPushButton *addButton(QWidget *parent, const char *name, bool checkable = false);
+    void LoadResCaps();
+    void fillAddressList();
+    void connectControls();
+
+    void Form_Load();
+    void Form_Load_Trap(int step);
+    void Form_QueryUnload();
+    void cmdEdit_Click(bool pressed);
+    void cmdGo_Click();
+
+    WebBrowser *m_IE = nullptr;
+    QComboBox *cmbAddress = nullptr;
+    QPushButton *cmdEdit = nullptr;
+    QPushButton *cmdSave = nullptr;
+    QString m_strCurrentURL;
+    QString m_strVersionReply;
+    bool m_boolLoaded = false;
 };

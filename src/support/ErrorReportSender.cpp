@@ -56,15 +56,7 @@ long ErrorReportSender::Post(const QString &address)
     HttpControl http;
     http.ContentType = QStringLiteral("application/x-www-form-urlencoded");
     http.Timeout = 120;
-    const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
-    if (proxy.use) {
-        http.ProxyServer = proxy.serverHTTPname;
-        http.ProxyPort = proxy.serverHTTPPort.toInt();
-        if (proxy.useHTTPpassword) {
-            http.ProxyUser = proxy.serverHTTPUser;
-            http.ProxyPassword = proxy.serverHTTPPassword;
-        }
-    }
+    MGlobalProjectObjects::ApplyHttpProxy(http);
     if (http.Post(address) == 1)
         return 1;
     MError::SetErrorIfClear(http.ErrorNumber(), http.ErrorDescription(), Position);

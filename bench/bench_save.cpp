@@ -1,0 +1,109 @@
+// The local text part of a save on a 1 MB page: serialise it in the engine,
+// settle its head tags, put META names first, and, in the second figure,
+// run it through HTML Tidy as well. The upload is not part of it.
+
+#include "config/MGlobalProjectObjects.h"
+#include "document/CPageMetaTags.h"
+#include "document/CSaveText.h"
+#include "platform/HtmlDocument.h"
+#include "platform/PageEngineEnvironment.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "support/MError.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+using G = MGlobalProjectObjects;
+
+// About 1 MB of ordinary page: a head with its META tags and a body of
+// tables and paragraphs with Swedish text, declared iso-8859-1 so that
+// the charset check asks nothing.
+QByteArray bigPage()
+{
+    QByteArray html = "<html><head><meta content=\"Anna\" name=\"author\">"
+                      "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=iso-8859-1\">"
+                      "<title>Big</title></head><body>\n";
+    while (html.size() < 1024 * 1024) {
+        html += "<table border=\"1\"><tr><td class=\"c\">R\xE4ksm\xF6rg\xE5s</td>"
+                "<td><a href=\"sida.htm\">l\xE4nk</a></td></tr></table>\n"
+                "<p style=\"color:blue\">Ett stycke text med <b>fet</b> och <i>kursiv</i> stil.</p>\n";
+    }
+    return html + "</body></html>\n";
+}
+
+double median(std::vector<double> runs)
+{
+    std::sort(runs.begin(), runs.end());
+    return runs[runs.size() / 2];
+}
+
+// One local save; returns its milliseconds, or -1 when a step failed.
+double saveOnce(WebBrowser &browser, const QString &url, bool tidy)
+{
+    browser.Navigate2(url);
+    // The state still says complete for the page before until the load starts.
+    PageScriptCall::pumpUntil([&] { return browser.ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+    if (!browser.waitUntilComplete())
+        return -1;
+    HtmlDocument doc = browser.Document();
+    if (!PageScriptCall::pumpUntil([&] { return !doc.body().isNull(); }, 15000))
+        return -1;
+    G::UseTidy = tidy;
+    G::TidyCharEncodingType = 3;
+    G::TidyIndentScheme = 1;
+    QElapsedTimer timer;
+    timer.start();
+    // Save serialises once before the head tags change, as its fallback.
+    const QString before = doc.documentElement().outerHTML();
+    if (before.isEmpty() || CPageMetaTags::CheckCharCodeMetaTag(doc) != 1
+        || CPageMetaTags::AddMetaEditTags(doc, QStringLiteral("Mon, 23 Nov 2026 00:00:00 GMT")) != 1)
+        return -1;
+    QString text = doc.documentElement().outerHTML();
+    if (tidy ? CSaveText::TidyUpHTML(text, text) != 1 : CSaveText::ReArrangeMetaNames(text, text) != 1)
+        return -1;
+    const double ms = timer.nsecsElapsed() / 1e6;
+    if (text.size() < 1000000)
+        std::fprintf(stderr, "the page came out with %lld characters\n", qint64(text.size()));
+    return text.size() >= 1000000 ? ms : -1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    PageEngineEnvironment::prepare();
+    QApplication app(argc, argv);
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("big.htm")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bigPage()) < 0)
+        return 1;
+    file.close();
+    const QString url = QUrl::fromLocalFile(file.fileName()).toString();
+
+    WebBrowser browser;
+    browser.resize(800, 600);
+    browser.show();
+    std::vector<double> plain;
+    std::vector<double> tidied;
+    for (int round = 0; round < 5; ++round) {
+        plain.push_back(saveOnce(browser, url, false));
+        tidied.push_back(saveOnce(browser, url, true));
+        if (plain.back() < 0 || tidied.back() < 0) {
+            std::fprintf(stderr, "a save step failed: %s\n", qPrintable(MError::ErrorDescription()));
+            return 2;
+        }
+    }
+    std::printf("save_local_ms %.1f ms\n", median(plain));
+    std::printf("save_local_tidy_ms %.1f ms\n", median(tidied));
+    return 0;
+}

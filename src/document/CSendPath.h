@@ -1,0 +1,34 @@
+#pragma once
+
+#include "config/MGlobalProjectObjects.h"
+
+#include <QString>
+
+// Where on the FTP server a page is saved: a pure function of the site
+// record and the page's address, so Save and its tests share one rule.
+class CSendPath
+{
+public:
+    // The server path of a page. strURL is the document's own path when it
+    // has one (it wins as it is); otherwise strPathname, the address's
+    // location.pathname, is decoded ("%20" a blank, "%26" "&") and loses the
+    // site's subfolder levels. Always 1.
+    static long GetPreparedSendPath(const SiteRecord &site, const QString &strURL,
+                                    const QString &strPathname, QString &strCorrectedPath);
+
+    // How many folders deep the site's home lies under its host:
+    // "http://host/a/b" gives 2.
+    static long CalculateNumberSubDomainLevel(const QString &baseaddress);
+
+    // Drops the first n folders of a path; a path with fewer folders keeps
+    // what is left of it.
+    static QString ShortenDocumentPath(const QString &strPath, long n);
+
+    // "/~anna/page.htm" becomes "/page.htm": a user's home part goes from
+    // the "/~" to the next "/". Without a "/" behind it the path stays.
+    static QString RemoveTildePart(const QString &strPath);
+
+    // Puts the FTP root in front of a path unless it is already there, with
+    // exactly one "/" between them.
+    static QString JoinRoot(const QString &root, const QString &strPath);
+};
