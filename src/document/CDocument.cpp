@@ -17,6 +17,8 @@
 #include "support/MResources.h"
 #include "transfer/CFTPS.h"
 
+#include <algorithm>
+
 QStringList CDocument::g_astrDocURLs;
 
 namespace {
@@ -216,7 +218,9 @@ void CDocument::CheckCMS(const QString &address)
         if (g_aCMSPages[i].strPath != address)
             continue;
         m_boolControledByCMS = true;
-        m_boolUserMayEdit = g_aCMSPages[i].sngUsers.contains(g_sngCMSUser);
+        // The user list keeps a spare last element that is no user.
+        const QList<float> &users = g_aCMSPages[i].sngUsers;
+        m_boolUserMayEdit = users.first(std::max<qsizetype>(users.size() - 1, 0)).contains(g_sngCMSUser);
         return;
     }
 }

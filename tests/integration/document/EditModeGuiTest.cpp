@@ -204,3 +204,19 @@ TEST_F(EditMode, PagesNotEditedAreHatched)
     EXPECT_TRUE(html().contains(QStringLiteral("repeating-linear-gradient")));
     EXPECT_EQ(browser->Document().designMode(), QStringLiteral("Off"));
 }
+
+// A page listed in the CMS data is under the CMS; the user may edit it only
+// when listed for it, and the spare last element of the list is no user.
+TEST_F(EditMode, CmsListedPageKnowsItsUsers)
+{
+    window = Window(browser);
+    const QString address = TestServers::shared().httpBase() + QStringLiteral("/edit/listed.htm");
+    for (float user : {0.0f, 1.0f}) {
+        g_aCMSPages = {CMSPAGE{address, {1.0f, 0.0f}}, CMSPAGE{}};
+        g_sngCMSUser = user;
+        auto doc = open(QStringLiteral("edit/listed.htm"), "<html><body><p>listed</p></body></html>");
+        EXPECT_TRUE(doc->getDocumentControledByCMS());
+        EXPECT_EQ(doc->UserMayEdit(), user == 1.0f) << user;
+    }
+    ResetCMSTables();
+}
