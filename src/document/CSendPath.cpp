@@ -1,5 +1,7 @@
 #include "document/CSendPath.h"
 
+#include "document/DocumentAddress.h"
+
 long CSendPath::GetPreparedSendPath(const SiteRecord &site, const QString &strURL,
                                     const QString &strPathname, QString &strCorrectedPath)
 {
@@ -8,34 +10,13 @@ long CSendPath::GetPreparedSendPath(const SiteRecord &site, const QString &strUR
         path = strPathname;
         path.replace(QLatin1String("%20"), QLatin1String(" "));
         path.replace(QLatin1String("%26"), QLatin1String("&"));
-        const long levels = CalculateNumberSubDomainLevel(site.baseaddress);
+        const long levels = DocumentAddress::SubDomainLevel(site.baseaddress);
         if (levels >= 1)
-            path = ShortenDocumentPath(path, levels);
+            DocumentAddress::ShortenDocumentPath(path, levels);
     }
     path = RemoveTildePart(path);
     strCorrectedPath = JoinRoot(site.ftproot, path);
     return 1;
-}
-
-long CSendPath::CalculateNumberSubDomainLevel(const QString &baseaddress)
-{
-    QString rest = baseaddress;
-    if (rest.endsWith(QLatin1Char('/')))
-        rest.chop(1);
-    return rest.mid(7).count(QLatin1Char('/'));
-}
-
-QString CSendPath::ShortenDocumentPath(const QString &strPath, long n)
-{
-    QString path = strPath;
-    for (long i = 0; i < n; ++i) {
-        const qsizetype start = path.startsWith(QLatin1Char('/')) ? 1 : 0;
-        const qsizetype next = path.indexOf(QLatin1Char('/'), start);
-        if (next < 0)
-            break; // the file name itself is never cut
-        path = path.mid(next);
-    }
-    return path;
 }
 
 QString CSendPath::RemoveTildePart(const QString &strPath)

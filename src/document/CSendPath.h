@@ -16,14 +16,6 @@ public:
     static long GetPreparedSendPath(const SiteRecord &site, const QString &strURL,
                                     const QString &strPathname, QString &strCorrectedPath);
 
-    // How many folders deep the site's home lies under its host:
-    // "http://host/a/b" gives 2.
-    static long CalculateNumberSubDomainLevel(const QString &baseaddress);
-
-    // Drops the first n folders of a path; a path with fewer folders keeps
-    // what is left of it.
-    static QString ShortenDocumentPath(const QString &strPath, long n);
-
     // "/~anna/page.htm" becomes "/page.htm": a user's home part goes from
     // the "/~" to the next "/". Without a "/" behind it the path stays.
     static QString RemoveTildePart(const QString &strPath);
