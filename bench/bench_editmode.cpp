@@ -4,6 +4,7 @@
 #include "../tests/integration/document/DocumentWindow.h"
 #include "document/CDocument.h"
 #include "platform/HtmlDocument.h"
+#include "BenchPage.h"
 #include "platform/PageEngineEnvironment.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -11,11 +12,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QUrl>
 
-#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -34,31 +32,20 @@ QByteArray bigPage()
     return html + "</body></html>\n";
 }
 
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char **argv)
 {
     PageEngineEnvironment::prepare();
     QApplication app(argc, argv);
-    QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("big.htm")));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bigPage()) < 0)
+    BenchPage page(bigPage());
+    if (!page.ok())
         return 1;
-    file.close();
-
-    WebBrowser browser;
-    browser.resize(800, 600);
-    browser.show();
+    WebBrowser &browser = page.browser();
     document_test::Window host(&browser);
     std::vector<double> on, off;
     for (int round = 0; round < 5; ++round) {
-        browser.Navigate2(QUrl::fromLocalFile(file.fileName()).toString());
+        browser.Navigate2(page.url());
         PageScriptCall::pumpUntil([&] { return browser.ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
         if (!browser.waitUntilComplete())
             return 2;
@@ -79,7 +66,7 @@ int main(int argc, char **argv)
             return 5;
         off.push_back(timer.nsecsElapsed() / 1e6);
     }
-    std::printf("editon_ms %.1f ms\n", median(on));
-    std::printf("editoff_ms %.1f ms\n", median(off));
+    std::printf("editon_ms %.1f ms\n", BenchPage::median(on));
+    std::printf("editoff_ms %.1f ms\n", BenchPage::median(off));
     return 0;
 }

@@ -2,13 +2,12 @@
 // attributes from every element, as entering and leaving edit mode do.
 
 #include "platform/HtmlDocument.h"
+#include "BenchPage.h"
 #include "platform/PageEngineEnvironment.h"
 #include "platform/WebBrowser.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
 #include <QUrl>
 
@@ -39,18 +38,13 @@ int main(int argc, char **argv)
 {
     PageEngineEnvironment::prepare();
     QApplication app(argc, argv);
-    QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("big.htm")));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bigPage()) < 0)
+    BenchPage page(bigPage());
+    if (!page.ok())
         return 1;
-    file.close();
-
-    WebBrowser browser;
-    browser.resize(800, 600);
-    browser.show();
+    WebBrowser &browser = page.browser();
     std::vector<double> runs;
     for (int round = 0; round < 5; ++round) {
-        browser.Navigate2(QUrl::fromLocalFile(file.fileName()).toString());
+        browser.Navigate2(page.url());
         if (!browser.waitUntilComplete())
             return 2;
         HtmlDocument doc = browser.Document();

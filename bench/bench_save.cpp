@@ -6,6 +6,7 @@
 #include "document/CPageMetaTags.h"
 #include "document/CSaveText.h"
 #include "platform/HtmlDocument.h"
+#include "BenchPage.h"
 #include "platform/PageEngineEnvironment.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -13,11 +14,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QUrl>
 
-#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -39,12 +37,6 @@ QByteArray bigPage()
                 "<p style=\"color:blue\">Ett stycke text med <b>fet</b> och <i>kursiv</i> stil.</p>\n";
     }
     return html + "</body></html>\n";
-}
-
-double median(std::vector<double> runs)
-{
-    std::sort(runs.begin(), runs.end());
-    return runs[runs.size() / 2];
 }
 
 // One local save; returns its milliseconds, or -1 when a step failed.
@@ -83,16 +75,11 @@ int main(int argc, char **argv)
 {
     PageEngineEnvironment::prepare();
     QApplication app(argc, argv);
-    QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("big.htm")));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bigPage()) < 0)
+    BenchPage page(bigPage());
+    if (!page.ok())
         return 1;
-    file.close();
-    const QString url = QUrl::fromLocalFile(file.fileName()).toString();
-
-    WebBrowser browser;
-    browser.resize(800, 600);
-    browser.show();
+    WebBrowser &browser = page.browser();
+    const QString url = page.url();
     std::vector<double> plain;
     std::vector<double> tidied;
     for (int round = 0; round < 5; ++round) {
@@ -103,7 +90,7 @@ int main(int argc, char **argv)
             return 2;
         }
     }
-    std::printf("save_local_ms %.1f ms\n", median(plain));
-    std::printf("save_local_tidy_ms %.1f ms\n", median(tidied));
+    std::printf("save_local_ms %.1f ms\n", BenchPage::median(plain));
+    std::printf("save_local_tidy_ms %.1f ms\n", BenchPage::median(tidied));
     return 0;
 }

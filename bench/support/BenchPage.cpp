@@ -1,0 +1,22 @@
+#include "BenchPage.h"
+
+#include <QFile>
+#include <QUrl>
+
+#include <algorithm>
+
+BenchPage::BenchPage(const QByteArray &html)
+{
+    QFile file(m_folder.filePath(QStringLiteral("big.htm")));
+    m_ok = file.open(QIODevice::WriteOnly) && file.write(html) == html.size();
+    file.close();
+    m_url = QUrl::fromLocalFile(file.fileName()).toString();
+    m_browser.resize(800, 600);
+    m_browser.show();
+}
+
+double BenchPage::median(std::vector<double> runs)
+{
+    std::sort(runs.begin(), runs.end());
+    return runs.empty() ? 0 : runs[runs.size() / 2];
+}
