@@ -21,15 +21,8 @@ namespace {
 
 QByteArray bigPage()
 {
-    QByteArray html = "<html><head><title>Big</title></head><body>\n";
-    int elements = 4;
-    for (int i = 0; i < 500; ++i, ++elements)
-        html += "<img src=\"x.png\" width=\"4\" height=\"4\" vismark=\"true\">\n";
-    while (elements < 5000) {
-        html += "<p vismark=\"true\">text <span>more</span></p>\n";
-        elements += 2;
-    }
-    return html + "</body></html>\n";
+    return BenchPage::fiveThousandElements(" vismark=\"true\"",
+                                           "<p vismark=\"true\">text <span>more</span></p>");
 }
 
 } // namespace

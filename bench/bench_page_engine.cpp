@@ -21,15 +21,8 @@ namespace {
 // paragraphs and spans carrying the attributes to strip.
 QByteArray bigPage()
 {
-    QByteArray html = "<html><head><title>Big</title></head><body>\n";
-    int elements = 4;
-    for (int i = 0; i < 500; ++i, ++elements)
-        html += "<img src=\"x.png\" width=\"4\" height=\"4\" vismark=\"true\" keldakey=\"old\">\n";
-    while (elements < 5000) {
-        html += "<p vismark=\"true\" keldakey=\"1\">text <span keldakey=\"2\">more</span></p>\n";
-        elements += 2;
-    }
-    return html + "</body></html>\n";
+    return BenchPage::fiveThousandElements(" vismark=\"true\" keldakey=\"old\"",
+                                           "<p vismark=\"true\" keldakey=\"1\">text <span keldakey=\"2\">more</span></p>");
 }
 
 } // namespace

@@ -20,3 +20,17 @@ double BenchPage::median(std::vector<double> runs)
     std::sort(runs.begin(), runs.end());
     return runs.empty() ? 0 : runs[runs.size() / 2];
 }
+
+QByteArray BenchPage::fiveThousandElements(const QByteArray &imageAttributes,
+                                           const QByteArray &paragraphLine)
+{
+    QByteArray html = "<html><head><title>Big</title></head><body>\n";
+    int elements = 4;
+    for (int i = 0; i < 500; ++i, ++elements)
+        html += "<img src=\"x.png\" width=\"4\" height=\"4\"" + imageAttributes + ">\n";
+    while (elements < 5000) {
+        html += paragraphLine + "\n";
+        elements += 2;
+    }
+    return html + "</body></html>\n";
+}

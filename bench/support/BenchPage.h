@@ -23,6 +23,12 @@ public:
 
     static double median(std::vector<double> runs);
 
+    // A page of 5,000 elements: html, head, title, body, 500 images with the
+    // given attributes, and the rest paragraph lines as given (each line two
+    // elements, a paragraph and one child).
+    static QByteArray fiveThousandElements(const QByteArray &imageAttributes,
+                                           const QByteArray &paragraphLine);
+
 private:
     QTemporaryDir m_folder;
     QString m_url;
