@@ -340,10 +340,18 @@ TEST_F(PageEngine, SwallowedKeysNeverReachThePage)
     browser->setSwallowedKeys({'Z'});
     pump(100);
     selectBoxForTyping(doc);
-    sendKey(Qt::Key_Z, QStringLiteral("z"));
-    sendKey(Qt::Key_Q, QStringLiteral("q"));
-    EXPECT_TRUE(pumpUntil([&] { return doc.serialize().contains(QStringLiteral(">q</div>")); }))
-        << doc.serialize().toStdString();
+    // Keys sent before the engine's process has the page's keyboard are lost
+    // on a loaded machine; send the pair again until the q lands. The Z must
+    // never land, however often it is sent.
+    bool typed = false;
+    for (int attempt = 0; attempt < 10 && !typed; ++attempt) {
+        sendKey(Qt::Key_Z, QStringLiteral("z"));
+        sendKey(Qt::Key_Q, QStringLiteral("q"));
+        typed = pumpUntil([&] { return doc.serialize().contains(QStringLiteral("q</div>")); }, 1500);
+    }
+    EXPECT_TRUE(typed) << doc.serialize().toStdString();
+    const QString typedText = doc.getElementById(QStringLiteral("box")).innerHTML();
+    EXPECT_FALSE(typedText.contains(QStringLiteral("z"), Qt::CaseInsensitive)) << typedText.toStdString();
     browser->setSwallowedKeys({});
 }
 
