@@ -412,3 +412,28 @@ long CDocument::EditOffPage()
     m_boolEditOn = false;
     return 1;
 }
+
+// Bodies of the save side; they come with the save pipeline.
+long CDocument::Save()
+{
+    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("Save")));
+    return 0;
+}
+
+long CDocument::SendDocumentToServer(const QString &)
+{
+    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("SendDocumentToServer")));
+    return 0;
+}
+
+long CDocument::GetDocumentFromServer(QString &)
+{
+    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("GetDocumentFromServer")));
+    return 0;
+}
+
+long CDocument::EditAspDocument()
+{
+    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("EditAspDocument")));
+    return 0;
+}

@@ -48,6 +48,17 @@ public:
     long SetOriginalASPDoc(const QString &strASP_p);
     long IsEditable(CASPFilter &CASPFilter_p);
     long EditOn(bool boolEdit_p);
+    // 1 saved; -2 not dirty, nothing done; -1 not saved and nothing to
+    // report (the user's answer or the revision step stopped it); 0 failed,
+    // error pending.
+    long Save();
+    // Sends the text to the page's file on the server as it stands. 1 or 0.
+    long SendDocumentToServer(const QString &strHTMLStream_p);
+    // The page's source as the server holds it. 1 or 0.
+    long GetDocumentFromServer(QString &strHTMLStream_p);
+    // Lets the user edit the page's source by hand; the page object menus
+    // use it on script pages. 1, 0 on error, -1 when the user cancelled.
+    long EditAspDocument();
     long GetVisible(bool &boolIsVisible_p) const;
     long GetIsIFrame(bool &boolIsIFrame_p) const;
     // 1 bound, 0 error pending, -1 a blank page or a type not edited.
