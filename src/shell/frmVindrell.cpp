@@ -7,6 +7,8 @@
 #include "platform/CReg.h"
 #include "platform/HttpControl.h"
 #include "shell/CSiteOfAddress.h"
+#include "shell/EditKeyGuard.h"
+#include "shell/RevisionPane.h"
 #include "shell/CVersionAnnouncement.h"
 #include "support/MError.h"
 #include "support/MResources.h"
@@ -52,6 +54,7 @@ frmVindrell::frmVindrell(QWidget *parent)
 {
     buildControls();
     connectControls();
+    hookUpPaneAndKeys();
     Form_Load();
 }
 
@@ -296,4 +299,42 @@ QString frmVindrell::homePage()
 void frmVindrell::navigateTo(const QString &address)
 {
     m_IE->load(QUrl::fromUserInput(address));
+}
+
+// The revision pane stands beside the browser while cmdPane3 is down.
+void frmVindrell::hookUpPaneAndKeys()
+{
+    m_KeyGuard = new EditKeyGuard(m_IE, this);
+    m_RevisionPane = new RevisionPane(this, centralWidget());
+    m_RevisionPane->setObjectName(QStringLiteral("picRollback"));
+    m_RevisionPane->hide();
+    static_cast<QBoxLayout *>(centralWidget()->layout())->addWidget(m_RevisionPane);
+    connect(findChild<QPushButton *>(QStringLiteral("cmdPane3")), &QPushButton::clicked, this,
+            &frmVindrell::cmdPane3_Click);
+    // A revision put back ends the edit: Edit comes up and may be pressed
+    // again; the pane then loads the page fresh.
+    connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] {
+        cmdEdit->setChecked(false);
+        cmdEdit->setEnabled(true);
+        m_KeyGuard->setEditing(false);
+    });
+}
+
+void frmVindrell::cmdPane3_Click(bool open)
+{
+    m_RevisionPane->setVisible(open);
+    if (!open) {
+        m_RevisionPane->ClearHighlight();
+        return;
+    }
+    if (m_RevisionPane->Open() != 1) {
+        UserQuestions::MsgBox(MError::ErrorDescription(), UserQuestions::vbExclamation);
+        MError::ClearError();
+    }
+}
+
+// The documents of the edit session; none while no page is edited.
+QList<SessionDocument> frmVindrell::SessionDocuments()
+{
+    return {};
 }

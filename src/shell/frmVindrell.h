@@ -1,13 +1,16 @@
 #pragma once
 
 #include "platform/WebBrowser.h"
+#include "shell/RevisionPaneHost.h"
 
 #include <QMainWindow>
 
+class EditKeyGuard;
 class QComboBox;
 class QHBoxLayout;
 class QPushButton;
 class QVBoxLayout;
+class RevisionPane;
 
 // The main window. At the left stands the band: Edit, Undo and Redo, the
 // administrator's button, the four pane buttons, the small Help, Comment and
@@ -20,7 +23,7 @@ class QVBoxLayout;
 // or on the maker's download page when the user asks for a new version.
 // It is always the stand-alone window: the program is never a bar inside
 // another browser.
-class frmVindrell : public QMainWindow
+class frmVindrell : public QMainWindow, public RevisionPaneHost
 {
     Q_OBJECT
 
@@ -52,6 +55,14 @@ public:
     // Base address of the on-line help in the current language.
     static QString g_strHelpBase;
 
+    // The revision pane and the keyboard rules of editing. The edit session
+    // calls keyGuard()->setEditing() as Edit goes down and up, and a tree
+    // registers itself with keyGuard()->registerTree().
+    RevisionPane *revisionPane() const { return m_RevisionPane; }
+    EditKeyGuard *keyGuard() const { return m_KeyGuard; }
+    QList<SessionDocument> SessionDocuments() override;
+    WebBrowser *Browser() override { return m_IE; }
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 
@@ -69,6 +80,8 @@ private:
     void Form_QueryUnload();
     void cmdEdit_Click(bool pressed);
     void cmdGo_Click();
+    void hookUpPaneAndKeys();
+    void cmdPane3_Click(bool open);
 
     WebBrowser *m_IE = nullptr;
     QComboBox *cmbAddress = nullptr;
@@ -77,4 +90,6 @@ private:
     QString m_strCurrentURL;
     QString m_strVersionReply;
     bool m_boolLoaded = false;
+    RevisionPane *m_RevisionPane = nullptr;
+    EditKeyGuard *m_KeyGuard = nullptr;
 };

@@ -1,0 +1,237 @@
+// The revision pane on a real page: revisions kept on the fixture's FTP
+// server, the frames of a frameset, and Reset answering the question.
+
+#include "TestServers.h"
+#include "config/MGlobalProjectObjects.h"
+#include "history/CRollback.h"
+#include "platform/CReg.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "shell/FrameList.h"
+#include "shell/RevisionPane.h"
+#include "shell/RevisionPaneHost.h"
+#include "support/MError.h"
+#include "support/UserQuestions.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TestServers &servers()
+{
+    return TestServers::shared();
+}
+
+void useDemoSite()
+{
+    SiteRecord site;
+    site.userid = QString::fromLatin1(TestServers::User);
+    site.password = QString::fromLatin1(TestServers::Password);
+    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers().ftpPort());
+    site.baseaddress = servers().httpBase();
+    site.ftproot = QStringLiteral("/www");
+    site.isactive = QStringLiteral("1");
+    site.indexfile = QStringLiteral("index.htm");
+    MGlobalProjectObjects::URLDATA = {site};
+    MGlobalProjectObjects::lCurrentURL = 0;
+    CReg reg;
+    reg.KeyRoot = CReg::AppKey();
+    reg.Subkey = QStringLiteral("Environment");
+    reg.SetRegistryValue(QStringLiteral("HistorySize"), qlonglong(5), CReg::REG_DWORD);
+}
+
+QByteArray webFile(const QString &name)
+{
+    QFile file(servers().webRoot() + QLatin1Char('/') + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Saves the page three times: the two earlier texts become revisions 1 and
+// 2, the last one is live.
+void pageWithRevisions(const QString &name, const QList<QByteArray> &texts)
+{
+    for (const QByteArray &text : texts) {
+        servers().writeWebFile(name, text);
+        if (&text != &texts.last()) {
+            CRollback backup;
+            ASSERT_EQ(backup.BackupPage(QStringLiteral("/www/") + name), 1) << MError::ErrorDescription().toStdString();
+        }
+    }
+}
+
+QByteArray page(const char *words)
+{
+    return QByteArray("<html><body><p>") + words + "</p></body></html>";
+}
+
+// The session's side: the documents as the session would hand them over.
+class Session : public RevisionPaneHost
+{
+public:
+    QList<SessionDocument> SessionDocuments() override { return documents; }
+    WebBrowser *Browser() override { return &browser; }
+    QList<SessionDocument> documents;
+    WebBrowser browser;
+};
+
+class RevisionPaneTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        useDemoSite();
+        QDir(servers().webRoot() + QStringLiteral("/_resetp")).removeRecursively();
+        MError::ClearError();
+        session.browser.resize(800, 600);
+        session.browser.show();
+    }
+    void TearDown() override { UserQuestions::EndScript(); }
+
+    void load(const QString &name)
+    {
+        session.browser.Navigate2(servers().httpBase() + QLatin1Char('/') + name, WebBrowser::NavNoReadFromCache);
+        PageScriptCall::pumpUntil([&] { return session.browser.ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+        ASSERT_TRUE(session.browser.waitUntilComplete());
+    }
+    QString bodyText() { return session.browser.Document().body().innerText().trimmed(); }
+
+    Session session;
+    RevisionPane pane{&session};
+};
+
+TEST_F(RevisionPaneTest, ListsRevisionsNewestFirstAndResetsTheChosenOneOnYesOnly)
+{
+    pageWithRevisions(QStringLiteral("recover.htm"), {page("first"), page("second"), page("live")});
+    load(QStringLiteral("recover.htm"));
+    session.documents = {{session.browser.Document(), true, false, QStringLiteral("/www/recover.htm")}};
+
+    ASSERT_EQ(pane.Open(), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_TRUE(pane.cboFrameName->isHidden());
+    EXPECT_TRUE(pane.lblFrame->isHidden());
+    ASSERT_EQ(pane.lstRollback->count(), 2);
+    EXPECT_EQ(pane.lstRollback->item(0)->data(Qt::UserRole).toLongLong(), 2);
+    EXPECT_EQ(pane.lstRollback->item(1)->data(Qt::UserRole).toLongLong(), 1);
+    EXPECT_FALSE(pane.lstRollback->item(0)->text().isEmpty());
+    EXPECT_FALSE(pane.cmdRollback->isEnabled());
+
+    pane.lstRollback->setCurrentRow(1);
+    pane.lstRollback_Click();
+    EXPECT_TRUE(pane.cmdRollback->isEnabled());
+    int resets = 0;
+    QObject::connect(&pane, &RevisionPane::RevisionReset, [&] { ++resets; });
+
+    UserQuestions::Script({UserQuestions::vbNo});
+    pane.cmdRollback_Click();
+    EXPECT_EQ(webFile(QStringLiteral("recover.htm")), page("live"));
+    EXPECT_EQ(resets, 0);
+    const UserQuestions::Shown asked = UserQuestions::ShownSoFar().last();
+    EXPECT_EQ(asked.text, QStringLiteral("You have chosen to reset a previous version of this page. Do you want to "
+                                         "continue?\n\nTip:\nIf you would like to preview a version before "
+                                         "resetting it, double click\nthe date to see that version."));
+    EXPECT_EQ(UserQuestions::DefaultAnswer(asked.style), UserQuestions::vbNo);
+
+    UserQuestions::Script({UserQuestions::vbYes});
+    pane.cmdRollback_Click();
+    EXPECT_EQ(webFile(QStringLiteral("recover.htm")), page("first"));
+    EXPECT_EQ(resets, 1);
+    // The browser loads the restored page from the server.
+    EXPECT_TRUE(PageScriptCall::pumpUntil([&] { return bodyText() == QStringLiteral("first"); }, 15000))
+        << bodyText().toStdString();
+}
+
+TEST_F(RevisionPaneTest, PageWithoutRevisionsListsNothing)
+{
+    servers().writeWebFile(QStringLiteral("never.htm"), page("never saved"));
+    load(QStringLiteral("never.htm"));
+    session.documents = {{session.browser.Document(), true, false, QStringLiteral("/www/never.htm")}};
+    EXPECT_EQ(pane.Open(), 1);
+    EXPECT_EQ(pane.lstRollback->count(), 0);
+}
+
+// A frameset with a named frame, two nameless ones and one of another
+// origin between them.
+class FramesetTest : public RevisionPaneTest
+{
+protected:
+    void openFrameset()
+    {
+        servers().writeWebFile(QStringLiteral("left.htm"), page("left"));
+        servers().writeWebFile(QStringLiteral("right.htm"), page("right"));
+        const QByteArray frames = "<html><frameset cols=\"25%,25%,25%,25%\"><frame name=\"menu\" src=\"left.htm\">"
+                                  "<frame src=\"right.htm\"><frame src=\"" + servers().otherBase().toUtf8()
+                                  + "/left.htm\"><frame src=\"left.htm\"></frameset></html>";
+        servers().writeWebFile(QStringLiteral("frames.htm"), frames);
+        load(QStringLiteral("frames.htm"));
+        HtmlDocument top = session.browser.Document();
+        session.documents = {{top, false, false, QStringLiteral("/www/frames.htm")},
+                             {top.frame(0), true, false, QStringLiteral("/www/left.htm")},
+                             {top.frame(1), true, false, QStringLiteral("/www/right.htm")}};
+    }
+};
+
+TEST_F(FramesetTest, NamesFramesNumbersTheNamelessAndSkipsAnotherOrigin)
+{
+    openFrameset();
+    QList<HtmlDocument> documents;
+    QStringList names;
+    EXPECT_EQ(FrameList::GetFrameNames(session.documents, documents, names), 3);
+    EXPECT_EQ(names, (QStringList{QStringLiteral("menu"), QStringLiteral("frame 1"), QStringLiteral("frame 2")}));
+    EXPECT_EQ(MError::ErrorNumber(), 0) << MError::ErrorDescription().toStdString();
+    ASSERT_EQ(documents.size(), 3);
+    EXPECT_EQ(documents[1].body().innerText().trimmed(), QStringLiteral("right"));
+    // The numbers are written into the page: a second listing keeps them.
+    const QList<HtmlElement> elements = session.browser.Document().getElementsByTagName(QStringLiteral("FRAME"));
+    EXPECT_EQ(elements[1].getAttribute(QStringLiteral("name")).toString(), QStringLiteral("frame 1"));
+    EXPECT_EQ(FrameList::GetFrameNames(session.documents, documents, names), 3);
+    EXPECT_EQ(names[2], QStringLiteral("frame 2"));
+}
+
+TEST_F(FramesetTest, ComboChoosesTheFrameAndLightsTheHoveredOne)
+{
+    pageWithRevisions(QStringLiteral("right.htm"), {page("old right"), page("right")});
+    openFrameset();
+    ASSERT_EQ(pane.Open(), 1);
+    EXPECT_FALSE(pane.cboFrameName->isHidden());
+    EXPECT_EQ(pane.cboFrameName->count(), 3);
+    EXPECT_EQ(pane.cboFrameName->currentIndex(), -1);
+    EXPECT_EQ(pane.cboFrameName->currentText(), QString());
+    EXPECT_EQ(pane.lstRollback->count(), 0);
+
+    pane.ChooseFrame(1);
+    ASSERT_EQ(pane.lstRollback->count(), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(pane.lstRollback->item(0)->data(Qt::UserRole).toLongLong(), 1);
+
+    HtmlDocument right = session.browser.Document().frame(1);
+    pane.HighlightFrame(1);
+    EXPECT_EQ(pane.HighlightedFrame(), 1);
+    EXPECT_FALSE(right.body().styleValue(QStringLiteral("filter")).isEmpty());
+    pane.HighlightFrame(0);
+    EXPECT_TRUE(right.body().styleValue(QStringLiteral("filter")).isEmpty());
+    pane.ClearHighlight();
+    EXPECT_TRUE(session.browser.Document().frame(0).body().styleValue(QStringLiteral("filter")).isEmpty());
+    EXPECT_EQ(pane.HighlightedFrame(), -1);
+}
+
+TEST_F(RevisionPaneTest, PageWithAnIFrameEntersAsMainframe)
+{
+    servers().writeWebFile(QStringLiteral("inner.htm"), page("inner"));
+    servers().writeWebFile(QStringLiteral("host.htm"), "<html><body><iframe src=\"inner.htm\"></iframe></body></html>");
+    pageWithRevisions(QStringLiteral("host.htm"),
+                      {"<html><body>old</body></html>", "<html><body><iframe src=\"inner.htm\"></iframe></body></html>"});
+    load(QStringLiteral("host.htm"));
+    session.documents = {{session.browser.Document(), false, true, QStringLiteral("/www/host.htm")}};
+    ASSERT_EQ(pane.Open(), 1);
+    EXPECT_EQ(pane.FrameNames(), QStringList{QStringLiteral("Mainframe")});
+    // The first entry stands for the page itself.
+    pane.ChooseFrame(0);
+    EXPECT_EQ(pane.lstRollback->count(), 1) << MError::ErrorDescription().toStdString();
+}
+
+} // namespace
