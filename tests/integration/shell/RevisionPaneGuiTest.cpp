@@ -146,12 +146,19 @@ TEST_F(RevisionPaneTest, ListsRevisionsNewestFirstAndResetsTheChosenOneOnYesOnly
         << bodyText().toStdString();
 }
 
+// A page never saved lists nothing; a site without any history says so.
 TEST_F(RevisionPaneTest, PageWithoutRevisionsListsNothing)
 {
     servers().writeWebFile(QStringLiteral("never.htm"), page("never saved"));
     load(QStringLiteral("never.htm"));
     session.documents = {{session.browser.Document(), true, false, QStringLiteral("/www/never.htm")}};
-    EXPECT_EQ(pane.Open(), 1);
+    EXPECT_EQ(pane.Open(), 0);
+    EXPECT_TRUE(MError::ErrorDescription().contains(QStringLiteral("_resetp")))
+        << MError::ErrorDescription().toStdString();
+    MError::ClearError();
+
+    pageWithRevisions(QStringLiteral("other.htm"), {page("old"), page("new")});
+    EXPECT_EQ(pane.Open(), 1) << MError::ErrorDescription().toStdString();
     EXPECT_EQ(pane.lstRollback->count(), 0);
 }
 
