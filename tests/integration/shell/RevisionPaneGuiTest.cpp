@@ -221,9 +221,13 @@ TEST_F(FramesetTest, ComboChoosesTheFrameAndLightsTheHoveredOne)
     EXPECT_FALSE(right.body().styleValue(QStringLiteral("filter")).isEmpty());
     pane.HighlightFrame(0);
     EXPECT_TRUE(right.body().styleValue(QStringLiteral("filter")).isEmpty());
-    pane.ClearHighlight();
-    EXPECT_TRUE(session.browser.Document().frame(0).body().styleValue(QStringLiteral("filter")).isEmpty());
+    EXPECT_EQ(pane.HighlightedFrame(), 0);
+    // Closing the list puts the light out.
+    pane.show();
+    pane.cboFrameName->showPopup();
+    pane.cboFrameName->hidePopup();
     EXPECT_EQ(pane.HighlightedFrame(), -1);
+    EXPECT_TRUE(session.browser.Document().frame(0).body().styleValue(QStringLiteral("filter")).isEmpty());
 }
 
 TEST_F(RevisionPaneTest, PageWithAnIFrameEntersAsMainframe)
