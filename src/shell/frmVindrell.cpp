@@ -309,8 +309,10 @@ void frmVindrell::hookUpPaneAndKeys()
     m_RevisionPane->setObjectName(QStringLiteral("picRollback"));
     m_RevisionPane->hide();
     static_cast<QBoxLayout *>(centralWidget()->layout())->addWidget(m_RevisionPane);
-    connect(findChild<QPushButton *>(QStringLiteral("cmdPane3")), &QPushButton::clicked, this,
-            &frmVindrell::cmdPane3_Click);
+    // The pane may open at any time: outside an edit its list stays empty.
+    auto *pane3 = findChild<QPushButton *>(QStringLiteral("cmdPane3"));
+    pane3->setEnabled(true);
+    connect(pane3, &QPushButton::clicked, this, &frmVindrell::cmdPane3_Click);
     // A revision put back ends the edit: Edit comes up and may be pressed
     // again; the pane then loads the page fresh.
     connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] {
