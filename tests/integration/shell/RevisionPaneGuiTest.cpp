@@ -1,10 +1,8 @@
 // The revision pane on a real page: revisions kept on the fixture's FTP
 // server, the frames of a frameset, and Reset answering the question.
 
-#include "TestServers.h"
-#include "config/MGlobalProjectObjects.h"
+#include "../history/RevisionSite.h"
 #include "history/CRollback.h"
-#include "platform/CReg.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
 #include "shell/FrameList.h"
@@ -14,7 +12,6 @@
 #include "support/UserQuestions.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QListWidget>
@@ -22,29 +19,14 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+using history_test::servers;
 
-TestServers &servers()
-{
-    return TestServers::shared();
-}
+namespace {
 
 void useDemoSite()
 {
-    SiteRecord site;
-    site.userid = QString::fromLatin1(TestServers::User);
-    site.password = QString::fromLatin1(TestServers::Password);
-    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers().ftpPort());
-    site.baseaddress = servers().httpBase();
-    site.ftproot = QStringLiteral("/www");
-    site.isactive = QStringLiteral("1");
-    site.indexfile = QStringLiteral("index.htm");
-    MGlobalProjectObjects::URLDATA = {site};
-    MGlobalProjectObjects::lCurrentURL = 0;
-    CReg reg;
-    reg.KeyRoot = CReg::AppKey();
-    reg.Subkey = QStringLiteral("Environment");
-    reg.SetRegistryValue(QStringLiteral("HistorySize"), qlonglong(5), CReg::REG_DWORD);
+    history_test::useDemoSite();
+    history_test::setHistorySize(5);
 }
 
 QByteArray webFile(const QString &name)
@@ -53,8 +35,8 @@ QByteArray webFile(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Saves the page three times: the two earlier texts become revisions 1 and
-// 2, the last one is live.
+// Puts each text on the server in turn; all but the last are kept as
+// revisions 1, 2, ..., the last one is the live page.
 void pageWithRevisions(const QString &name, const QList<QByteArray> &texts)
 {
     for (const QByteArray &text : texts) {
@@ -87,7 +69,7 @@ protected:
     void SetUp() override
     {
         useDemoSite();
-        QDir(servers().webRoot() + QStringLiteral("/_resetp")).removeRecursively();
+        history_test::removeHistory();
         MError::ClearError();
         session.browser.resize(800, 600);
         session.browser.show();
