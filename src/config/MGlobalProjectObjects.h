@@ -83,4 +83,7 @@ public:
     static QString g_strTempFolder; // where every local work file lies
     static QString g_strUserName;
     static QString g_strUserMail;
+    // The HTTP date of the save under way, written into the saved pages.
+    static QString g_strSaveDate;
+    static bool g_boolSaveDateValid;
 };

@@ -6,12 +6,16 @@
 #include "config/frmMessageBoxYesNoOnce.h"
 #include "platform/CReg.h"
 #include "platform/HttpControl.h"
+#include "document/CDocument.h"
+#include "platform/PageScriptCall.h"
 #include "shell/CSiteOfAddress.h"
+#include "shell/EditSession.h"
 #include "shell/CVersionAnnouncement.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
 #include "support/UserQuestions.h"
+#include "support/MWait.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -42,6 +46,9 @@ const Caption kCaptions[] = {
     {"cmdGo", StringIds::GoButton, 0},
 };
 
+constexpr long kMsgNoNewWindow = 14200;
+constexpr long kCaptionPrefix = 14201;
+
 // The band's width in pixels; the splitter that moves it comes with the
 // band's own layout.
 constexpr int kBandWidth = 180;
@@ -51,8 +58,14 @@ frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
 {
     buildControls();
+    m_session = std::make_unique<EditSession>(*this);
     connectControls();
     Form_Load();
+}
+
+frmVindrell::~frmVindrell()
+{
+    MWait::Wait_End();
 }
 
 QPushButton *frmVindrell::addButton(QWidget *parent, const char *name, bool checkable)
@@ -91,12 +104,14 @@ QWidget *frmVindrell::buildBand()
     column->addWidget(addButton(band, "cmdShowAdminSettings"));
     for (const char *pane : {"cmdPane1", "cmdPane2", "cmdPane3", "cmdPane4"})
         column->addWidget(addButton(band, pane, true));
+    // PANE PLACE: the revision pane (RevisionPane, opened by cmdPane3) goes
+    // here, under its button; it lists the frames through GetFrameNames.
     column->addStretch(1);
     auto *smallRow = new QHBoxLayout;
     for (const char *small : {"cmdHelp", "cmdComment", "cmdSettings"})
         smallRow->addWidget(addButton(band, small));
     column->addLayout(smallRow);
-    cmdSave = addButton(band, "cmdSave");
+    cmdSave = addButton(band, "cmdSave", true);
     column->addWidget(cmdSave);
     for (QPushButton *button : band->findChildren<QPushButton *>())
         button->setEnabled(false);
@@ -137,9 +152,19 @@ void frmVindrell::connectControls()
             &WebBrowser::GoBack);
     connect(findChild<QPushButton *>(QStringLiteral("cmdForward")), &QPushButton::clicked, m_IE,
             &WebBrowser::GoForward);
-    // clicked, not toggled: releasing the button from code must not run the
-    // press again.
-    connect(cmdEdit, &QPushButton::clicked, this, &frmVindrell::cmdEdit_Click);
+    // Every change of Edit's state runs the session's handler, also one
+    // made by the code; the session's click depth sorts them out.
+    connect(cmdEdit, &QPushButton::toggled, this, [this](bool) { m_session->cmdEdit_Click(); });
+    // A click that the button takes as a release is no save: Save's state
+    // is set by the save itself.
+    connect(cmdSave, &QPushButton::clicked, this, [this](bool) {
+        cmdSave->setChecked(false);
+        m_session->cmdSave_MouseUp();
+    });
+    connect(m_IE, &WebBrowser::BeforeNavigate2, this, &frmVindrell::m_IE_BeforeNavigate2);
+    connect(m_IE, &WebBrowser::NewWindow2, this, &frmVindrell::m_IE_NewWindow2);
+    connect(m_IE, &WebBrowser::NavigateComplete2, this, &frmVindrell::m_IE_NavigateComplete2);
+    connect(m_IE, &WebBrowser::DocumentComplete, this, &frmVindrell::m_IE_DocumentComplete);
     connect(m_IE, &WebBrowser::urlChanged, this,
             [this](const QUrl &url) { cmbAddress->setEditText(url.toString()); });
     new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
@@ -190,6 +215,7 @@ void frmVindrell::Form_Load()
             m_IE->Navigate2(CVersionAnnouncement::DownloadPage());
     }
     cmdEdit->setEnabled(true);
+    LockAddressRow(false);
     if (lAnswer != UserQuestions::vbYes)
         m_IE->GoHome();
     m_boolLoaded = true;
@@ -260,24 +286,30 @@ void frmVindrell::Form_QueryUnload()
     m_IE->stop();
 }
 
-void frmVindrell::cmdEdit_Click(bool pressed)
+bool frmVindrell::SiteOfPageOrOffer()
 {
-    // Releasing the button belongs to the edit session.
-    if (!pressed)
-        return;
     m_strCurrentURL = m_IE->LocationURL();
     bool found = false;
     CSiteOfAddress::GetCurrentURLIndex(m_strCurrentURL, found);
-    // The press ends with the button up in every case this build knows:
-    // after the choice of site, and on a site's page until the edit session
-    // is built.
-    cmdEdit->setChecked(false);
     if (found)
-        return;
+        return true;
     QString strNavigate;
     CSiteChoice::OfferSites(strNavigate);
     if (!strNavigate.isEmpty())
         navigateTo(strNavigate);
+    return false;
+}
+
+void frmVindrell::cmdEditEnable(bool boolEnabled_p)
+{
+    cmdEdit->setEnabled(boolEnabled_p);
+}
+
+void frmVindrell::LockAddressRow(bool locked)
+{
+    cmbAddress->setEnabled(!locked);
+    for (const char *name : {"cmdBack", "cmdForward", "cmdGo"})
+        findChild<QPushButton *>(QString::fromLatin1(name))->setEnabled(!locked);
 }
 
 void frmVindrell::cmdGo_Click()
@@ -296,4 +328,186 @@ QString frmVindrell::homePage()
 void frmVindrell::navigateTo(const QString &address)
 {
     m_IE->load(QUrl::fromUserInput(address));
+}
+
+// ---------------------------------------------------------------- browser events
+
+// Between sessions every page comes from the server, so that the user sees
+// what is there now. While a session stands nothing leaves the page; during
+// the entry the session's own reloads pass, as the flag is not yet set.
+void frmVindrell::m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool *cancel)
+{
+    if (url.left(6).compare(QStringLiteral("mailto"), Qt::CaseInsensitive) == 0)
+        return;
+    if (cmdEdit->isChecked()) {
+        *cancel = m_session->DocumentLoaded();
+        return;
+    }
+    if (isTopFrame)
+        m_strLastNavigated = url;
+    m_IE->removeFromCache(QUrl(url));
+    MGlobalProjectObjects::g_boolSaveDateValid = false;
+    cmdEdit->setEnabled(true);
+}
+
+void frmVindrell::m_IE_NewWindow2(const QString &, bool *cancel)
+{
+    *cancel = true;
+    UserQuestions::MsgBox(MResources::LoadResourceString(kMsgNoNewWindow), UserQuestions::vbInformation);
+}
+
+void frmVindrell::m_IE_NavigateComplete2(const QString &url)
+{
+    m_strCurrentURL = url;
+    if (cmdEdit->isChecked())
+        SetNavigateComplete(url);
+}
+
+void frmVindrell::m_IE_DocumentComplete(const QList<int> &, const QString &url, bool isTop)
+{
+    m_strCurrentURL = url.toLower();
+    cmdEditEnable(true);
+    const HtmlDocument document = m_IE->Document();
+    if (document.isNull())
+        return;
+    const bool wasClear = MError::ErrorNumber() == 0;
+    const QString title = document.title();
+    if (wasClear && MError::ErrorNumber() != 0) {
+        // A page that went away while it was asked is no page to name.
+        MError::ClearError();
+        return;
+    }
+    setWindowTitle(MResources::LoadResourceString(kCaptionPrefix) + title);
+    if (isTop)
+        m_boolTopComplete = true;
+    if (m_strSystemInfo.isEmpty())
+        BuildSystemInfo();
+}
+
+// What the error reports say about the page engine, read once.
+void frmVindrell::BuildSystemInfo()
+{
+    const QVariant info = PageScriptCall::run(
+        m_IE->page(),
+        QStringLiteral("(function(n){return ['Browser CodeName: '+n.appCodeName,'Major version: '+n.appVersion,"
+                       "'Minor version: '+(n.appMinorVersion||''),'Name: '+n.appName,'Platform: '+n.platform,"
+                       "'SysLang: '+(n.systemLanguage||n.language)].join('\\r\\n');})(navigator)"),
+        QStringLiteral("frmVindrell.DocumentComplete"));
+    if (MError::ErrorNumber() != 0) {
+        MError::ClearError();
+        return;
+    }
+    m_strSystemInfo = info.toString();
+}
+
+// ---------------------------------------------------------------- CDocEventHandler
+
+long frmVindrell::StartTransfer(const QString &)
+{
+    return 1;
+}
+
+long frmVindrell::EndTransfer(const QString &)
+{
+    return 1;
+}
+
+long frmVindrell::SetNavigateComplete(const QString &strURL_p)
+{
+    if (m_astrVisited.size() == 1 && m_astrVisited.first() == QStringLiteral("empty"))
+        m_astrVisited.first() = strURL_p;
+    else
+        m_astrVisited.append(strURL_p);
+    return 1;
+}
+
+long frmVindrell::GetNavigateComplete(const QString &, bool &)
+{
+    return 1;
+}
+
+long frmVindrell::Show(bool)
+{
+    return 1;
+}
+
+long frmVindrell::Click(long index, bool &)
+{
+    m_session->SetDocIndex(index);
+    return 1;
+}
+
+long frmVindrell::DebugMsg(const QString &strMsg_p)
+{
+    m_lstDebug.append(strMsg_p);
+    return 1;
+}
+
+// PANE PLACE: the frame list of the revision pane (FrameList) answers this
+// over the session's documents once the pane is added; until then the page
+// is reported as having no frames to choose from.
+long frmVindrell::GetFrameNames(QStringList &astrNames_p)
+{
+    astrNames_p.clear();
+    return -1;
+}
+
+long frmVindrell::GetNumberOfFrames()
+{
+    long count = 0;
+    for (const auto &doc : m_session->Documents()) {
+        bool visible = false;
+        doc->GetVisible(visible);
+        count += visible ? 1 : 0;
+    }
+    return count == 0 ? -1 : count;
+}
+
+long frmVindrell::GetDocumentTitle(QString &strDocumentTitle_p)
+{
+    strDocumentTitle_p = m_IE->Document().title();
+    return 1;
+}
+
+long frmVindrell::LetDocumentTitle(const QString &strTitle_p)
+{
+    m_IE->Document().setTitle(strTitle_p);
+    if (!m_session->Documents().empty())
+        m_session->Documents().front()->SetDirty();
+    setWindowTitle(MResources::LoadResourceString(kCaptionPrefix) + strTitle_p);
+    return 1;
+}
+
+long frmVindrell::GetDocument(HtmlDocument &HTMLDocument_p)
+{
+    HTMLDocument_p = m_session->FrameDocument();
+    return 1;
+}
+
+long frmVindrell::GetIE(WebBrowser *&IE_p)
+{
+    IE_p = m_IE;
+    return 1;
+}
+
+long frmVindrell::GetDocIndex(long &lIndex_p)
+{
+    lIndex_p = m_session->DocIndex();
+    return 1;
+}
+
+long frmVindrell::GetForm(QWidget *&frmVindrell_p)
+{
+    frmVindrell_p = this;
+    return 1;
+}
+
+long frmVindrell::GetPaneStatus(long &lPaneStatus_p)
+{
+    lPaneStatus_p = 0;
+    if (findChild<QPushButton *>(QStringLiteral("cmdPane1"))->isChecked())
+        lPaneStatus_p = 1;
+    else if (findChild<QPushButton *>(QStringLiteral("cmdPane2"))->isChecked())
+        lPaneStatus_p = 2;
+    return 1;
 }
