@@ -5,6 +5,7 @@
 #include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "document/CDocument.h"
+#include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
 #include "shell/frmVindrell.h"
@@ -49,6 +50,29 @@ EditSession::EditSession(frmVindrell &form)
     : m_form(form)
     , m_IE(form.browser())
 {
+    QObject::connect(m_IE, &WebBrowser::pageEvent, &form, [this](const PageEvent &event) { OnPageEvent(event); });
+}
+
+// While a session stands the page's events keep the documents' state: a
+// press makes its document the current one, and a key, a paste or a drop
+// counts as a change (also a key that changes nothing, as the user expects
+// to be asked about anything typed).
+void EditSession::OnPageEvent(const PageEvent &event)
+{
+    if (!m_boolDocumentLoaded)
+        return;
+    for (size_t n = 0; n < m_Documents.size(); ++n) {
+        HtmlDocument html;
+        m_Documents[n]->GetDocument(html);
+        if (html.framePath() != event.frame)
+            continue;
+        if (event.type == QStringLiteral("mousedown"))
+            m_lDocIndex = long(n);
+        else if (event.type == QStringLiteral("keyup") || event.type == QStringLiteral("paste")
+                 || event.type == QStringLiteral("drop"))
+            m_Documents[n]->SetDirty();
+        return;
+    }
 }
 
 EditSession::~EditSession() = default;

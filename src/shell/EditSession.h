@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+struct PageEvent;
 class CASPFilter;
 class CDocument;
 class WebBrowser;
@@ -59,6 +60,7 @@ public:
     bool Aborted() const { return boolEditAborted; }
 
 private:
+    void OnPageEvent(const PageEvent &event);
     void Press();
     long Enter(int &step);
     long EnterDocuments(int &step);

@@ -22,10 +22,9 @@ bool MarkedPageRepair::IsMarked(const QByteArray &source)
 // between a start and its end is the block as it was written.
 QByteArray MarkedPageRepair::StripMarkers(const QByteArray &source)
 {
-    const QString start = QRegularExpression::escape(ASPMarkers::StartWrapper(QStringLiteral("#####")))
-                              .replace(QStringLiteral("\\#\\#\\#\\#\\#"), QStringLiteral("\\d{5}"));
-    const QString end = QRegularExpression::escape(ASPMarkers::EndWrapper(QStringLiteral("#####")))
-                            .replace(QStringLiteral("\\#\\#\\#\\#\\#"), QStringLiteral("\\d{5}"));
+    const QString id = QStringLiteral("IDNUM");
+    const QString start = QRegularExpression::escape(ASPMarkers::StartWrapper(id)).replace(id, QStringLiteral("\\d{5}"));
+    const QString end = QRegularExpression::escape(ASPMarkers::EndWrapper(id)).replace(id, QStringLiteral("\\d{5}"));
     QString text = QString::fromLatin1(source);
     text.remove(QRegularExpression(start + QLatin1Char('|') + end));
     return text.toLatin1();

@@ -16,7 +16,9 @@ class CFTPS;
 //   failed after the original was already back.
 // - The original comes from the copy beside the page when the copy holds
 //   no markers itself; otherwise the markers are cut out of the page's text,
-//   which gives the blocks back as they were written.
+//   which gives every block back as it was written. Lines that the marking
+//   takes out of a page (directives, Option Explicit, empty blocks) only
+//   the copy has; without it the page works again without them.
 // - The original goes back to the server at once, the user is told which
 //   page was repaired, and the session goes on with the original.
 class MarkedPageRepair
