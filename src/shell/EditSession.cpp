@@ -195,8 +195,10 @@ long EditSession::EnterDocuments(int &step)
         return -1;
     }
     step = 18;
+   
     if (RemoveASPTags() == 0)
         return 0;
+   
     if (StopIfAborted())
         return -1;
     LockBrowser(true);

@@ -164,7 +164,12 @@ void frmVindrell::connectControls()
     connect(m_IE, &WebBrowser::BeforeNavigate2, this, &frmVindrell::m_IE_BeforeNavigate2);
     connect(m_IE, &WebBrowser::NewWindow2, this, &frmVindrell::m_IE_NewWindow2);
     connect(m_IE, &WebBrowser::NavigateComplete2, this, &frmVindrell::m_IE_NavigateComplete2);
-    connect(m_IE, &WebBrowser::DocumentComplete, this, &frmVindrell::m_IE_DocumentComplete);
+    // The page's event arrives while its channel is still delivering it; the
+    // page can be asked nothing until that is over, so the work waits for
+    // the next turn of the event loop.
+    connect(m_IE, &WebBrowser::DocumentComplete, this, [this](const QList<int> &path, const QString &url, bool isTop) {
+        QTimer::singleShot(0, this, [this, path, url, isTop] { m_IE_DocumentComplete(path, url, isTop); });
+    });
     connect(m_IE, &WebBrowser::urlChanged, this,
             [this](const QUrl &url) { cmbAddress->setEditText(url.toString()); });
     new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });

@@ -54,7 +54,6 @@ protected:
         servers().clearFtpFaults();
         UserQuestions::EndScript();
     }
-    ErrorDialogs errors;
 };
 
 } // namespace
@@ -91,7 +90,7 @@ TEST_F(EditSessionGui, ScriptPageIsItsOriginalOnTheServerWhileEditedAndTheBrowse
     EXPECT_TRUE(w.addressRowEnabled());
     w.settle();
     EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
-    EXPECT_TRUE(errors.shown.isEmpty());
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
 
 // A page of a server language that is not edited is shown hatched; a type
@@ -118,7 +117,7 @@ TEST_F(EditSessionGui, PhpPageIsHatchedAndAnUnknownTypeIsRefused)
     EXPECT_TRUE(w.addressRowEnabled());
     EXPECT_TRUE(w.form.EditButton()->isEnabled());
     EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
-    EXPECT_TRUE(errors.shown.isEmpty());
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
 
 // Cancel in the wait dialog, at once and once the marked page is on the
@@ -146,7 +145,7 @@ TEST_F(EditSessionGui, CancelDuringEntryAbortsOnceAndLeavesTheSiteWhole)
         EXPECT_FALSE(poll.isActive());
         EXPECT_FALSE(w.editing());
         EXPECT_EQ(countStartingWith(shownTexts(), kAborted), 1);
-        EXPECT_TRUE(errors.shown.isEmpty());
+        EXPECT_EQ(errorDialogs(), 0) << firstError();
         EXPECT_EQ(servers().readWebFile(QStringLiteral("asp/layout.asp")), original);
         EXPECT_TRUE(w.addressRowEnabled());
         EXPECT_EQ(MWait::Current(), nullptr);
@@ -180,7 +179,7 @@ TEST_F(EditSessionGui, CancelToTheSaveQuestionKeepsEditingAndNoDropsTheChanges)
     EXPECT_EQ(servers().readWebFile(QStringLiteral("plain/keep.htm")), plainPage("old"));
     w.settle();
     EXPECT_EQ(w.page().getElementById(QStringLiteral("text")).innerText(), QStringLiteral("old"));
-    EXPECT_TRUE(errors.shown.isEmpty());
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
 
 // A session that ended after its marked page went up (the window is gone
@@ -214,7 +213,7 @@ TEST_F(EditSessionGui, SessionCutOffAfterMarkingIsRepairedAtTheNextEdit)
         EXPECT_EQ(servers().readWebFile(QStringLiteral("cut/page.asp")), original) << keepCopy;
         EXPECT_EQ(countStartingWith(shownTexts(), QStringLiteral("The page /cut/page.asp was found on the server")), 1);
         EXPECT_FALSE(onServer(QStringLiteral("cut/page.keldabak")));
-        EXPECT_TRUE(errors.shown.isEmpty());
+        EXPECT_EQ(errorDialogs(), 0) << firstError();
         w.pressEdit();
     }
 }
@@ -232,7 +231,7 @@ TEST_F(EditSessionGui, PlainPageTypedAndSavedIsOnTheServerWithARevisionAndShownF
     ASSERT_TRUE(w.editing());
     ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
     w.pressSave();
-    EXPECT_TRUE(errors.shown.isEmpty()) << (errors.shown.isEmpty() ? "" : errors.shown.first().message.toStdString());
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
     EXPECT_FALSE(w.editing());
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("plain/save.htm")).contains(">zq</"));
     EXPECT_GT(revisionFiles(), revisionsBefore);
@@ -254,7 +253,7 @@ TEST_F(EditSessionGui, ScriptPageAfterSaveHasEveryBlockAndTheEdit)
     ASSERT_TRUE(w.editing());
     ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
     w.pressSave();
-    EXPECT_TRUE(errors.shown.isEmpty());
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
     EXPECT_FALSE(w.editing());
     const QByteArray saved = servers().readWebFile(QStringLiteral("aspsave/layout.asp"));
     EXPECT_TRUE(saved.contains(">zq</")) << saved.toStdString();
@@ -279,7 +278,7 @@ TEST_F(EditSessionGui, FramesetSavesEachFrameToItsOwnFileAndSkipsTheForeignFrame
     ASSERT_TRUE(w.typeInto(w.page().frame(0), QStringLiteral("left"), QStringLiteral("zq")));
     ASSERT_TRUE(w.typeInto(w.page().frame(1), QStringLiteral("main"), QStringLiteral("qz")));
     w.pressSave();
-    EXPECT_TRUE(errors.shown.isEmpty());
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
     EXPECT_FALSE(w.editing());
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("frame1.htm")).contains(">zq</"));
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("frame2.htm")).contains(">qz</"));
@@ -300,7 +299,7 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
     ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
     servers().setFtpFaults(QJsonObject{{QStringLiteral("drop_on"), QStringLiteral("^(STOR|RNFR|RNTO)")}});
     w.pressSave();
-    EXPECT_EQ(errors.shown.size(), 1);
+    EXPECT_EQ(errorDialogs(), 1);
     EXPECT_TRUE(w.editing());
     EXPECT_TRUE(w.form.SaveButton()->isEnabled());
     const QByteArray whole = servers().readWebFile(QStringLiteral("plain/drop.htm"));
@@ -309,7 +308,7 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
 
     servers().clearFtpFaults();
     w.pressSave();
-    EXPECT_EQ(errors.shown.size(), 1);
+    EXPECT_EQ(errorDialogs(), 1);
     EXPECT_FALSE(w.editing());
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("plain/drop.htm")).contains(">zq</"));
 }

@@ -99,7 +99,12 @@ public:
         form.activateWindow();
         ie->setFocus();
         PageScriptCall::pumpUntil([this] { return form.isActiveWindow(); }, 5000);
+        QString frame = QStringLiteral("window");
+        for (int index : doc.framePath())
+            frame += QStringLiteral(".frames[%1]").arg(index);
         for (int attempt = 0; attempt < 5; ++attempt) {
+            // Keys go to the frame that has the focus, as a click gives it.
+            PageScriptCall::run(ie->page(), frame + QStringLiteral(".focus(); true"), QString());
             HtmlTextRange::aroundElement(doc.getElementById(id)).select();
             PageScriptCall::pumpUntil([] { return false; }, 100);
             for (const QChar c : text) {
@@ -137,16 +142,22 @@ inline int countStartingWith(const QStringList &texts, const QString &start)
     return n;
 }
 
-// Records the error dialogs instead of showing them.
-class ErrorDialogs
+// The error dialogs shown so far (under a script they are recorded, not
+// shown).
+inline int errorDialogs()
 {
-public:
-    ErrorDialogs()
-    {
-        MError::SetDialogPresenter([this](const MError::DialogRequest &r) { shown.append(r); });
-    }
-    ~ErrorDialogs() { MError::SetDialogPresenter(nullptr); }
-    QList<MError::DialogRequest> shown;
-};
+    int n = 0;
+    for (const UserQuestions::Shown &shown : UserQuestions::ShownSoFar())
+        n += shown.kind == QStringLiteral("frmErrorDialog") ? 1 : 0;
+    return n;
+}
+
+inline std::string firstError()
+{
+    for (const UserQuestions::Shown &shown : UserQuestions::ShownSoFar())
+        if (shown.kind == QStringLiteral("frmErrorDialog"))
+            return shown.text.toStdString();
+    return {};
+}
 
 } // namespace session_test
