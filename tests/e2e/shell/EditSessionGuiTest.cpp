@@ -312,3 +312,24 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
     EXPECT_FALSE(w.editing());
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("plain/drop.htm")).contains(">zq</"));
 }
+
+// A script page whose markers don't come back as they went (a block in a
+// loop) is refused: the server has its original again, the user is asked
+// whether to edit the source by hand, and the window browses on.
+TEST_F(EditSessionGui, ComplexScriptPageIsPutBackAndTheSourceEditIsOffered)
+{
+    const QByteArray original = servers().readWebFile(QStringLiteral("news.asp"));
+    UserQuestions::Script({OK, UserQuestions::vbNo});
+    Window w;
+    w.open(QStringLiteral("news.asp"));
+    w.pressEdit();
+    EXPECT_FALSE(w.editing());
+    EXPECT_EQ(countStartingWith(shownTexts(), QStringLiteral("This page contains complex ASP code.")), 1);
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("news.asp")), original);
+    EXPECT_FALSE(onServer(QStringLiteral("news.keldabak")));
+    EXPECT_TRUE(w.addressRowEnabled());
+    w.settle();
+    EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
+    EXPECT_FALSE(w.page().documentElement().outerHTML().contains(QStringLiteral("keldaspIN#")));
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
+}
