@@ -163,6 +163,10 @@ void frmVindrell::connectControls()
     });
     connect(m_IE, &WebBrowser::BeforeNavigate2, this, &frmVindrell::m_IE_BeforeNavigate2);
     connect(m_IE, &WebBrowser::NewWindow2, this, &frmVindrell::m_IE_NewWindow2);
+    connect(m_IE, &WebBrowser::OnQuit, this, &frmVindrell::m_IE_OnQuit);
+    // A page that ends in an error has no completion of its own to give
+    // Edit back.
+    connect(m_IE, &QWebEngineView::loadFinished, this, [this](bool) { cmdEditEnable(true); });
     connect(m_IE, &WebBrowser::NavigateComplete2, this, &frmVindrell::m_IE_NavigateComplete2);
     // The page's event arrives while its channel is still delivering it; the
     // page can be asked nothing until that is over, so the work waits for
@@ -348,11 +352,23 @@ void frmVindrell::m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool
         *cancel = m_session->DocumentLoaded();
         return;
     }
-    if (isTopFrame)
-        m_strLastNavigated = url;
     m_IE->removeFromCache(QUrl(url));
     MGlobalProjectObjects::g_boolSaveDateValid = false;
-    cmdEdit->setEnabled(true);
+    // Edit waits for the new page to be there; a frame loading inside the
+    // page on screen leaves it as it is.
+    if (isTopFrame) {
+        m_strLastNavigated = url;
+        cmdEditEnable(false);
+    }
+}
+
+// The page's script closed the window: the band goes, then the window.
+void frmVindrell::m_IE_OnQuit()
+{
+    for (const char *name : {"cmdEdit", "cmdUndo", "cmdRedo", "cmdPane1", "cmdPane2", "cmdPane3", "cmdPane4",
+                             "cmdSettings", "cmdHelp", "cmdSave"})
+        findChild<QPushButton *>(QString::fromLatin1(name))->setVisible(false);
+    close();
 }
 
 void frmVindrell::m_IE_NewWindow2(const QString &, bool *cancel)

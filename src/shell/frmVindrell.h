@@ -115,6 +115,7 @@ private:
     void m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool *cancel);
     void m_IE_NewWindow2(const QString &url, bool *cancel);
     void m_IE_NavigateComplete2(const QString &url);
+    void m_IE_OnQuit();
     void m_IE_DocumentComplete(const QList<int> &framePath, const QString &url, bool isTop);
     void BuildSystemInfo();
 
