@@ -4,6 +4,7 @@
 // server's log.
 
 #include "BenchPage.h"
+#include "DemoSite.h"
 #include "TestEnvironment.h"
 #include "TestServers.h"
 #include "config/CPublicSettings.h"
@@ -25,15 +26,7 @@ namespace {
 
 void writeStore(const TestServers &servers)
 {
-    SiteRecord site;
-    site.userid = QString::fromLatin1(TestServers::User);
-    site.password = QString::fromLatin1(TestServers::Password);
-    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers.ftpPort());
-    site.baseaddress = servers.httpBase();
-    site.ftproot = QStringLiteral("/www");
-    site.isactive = QStringLiteral("1");
-    site.indexfile = QStringLiteral("index.htm");
-    MGlobalProjectObjects::URLDATA = {site};
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers)};
     CPublicSettings().SetURLSettings();
     CReg browser;
     browser.Subkey = QStringLiteral("Browser");

@@ -66,9 +66,7 @@ TEST_F(EditSessionGui, ScriptPageIsItsOriginalOnTheServerWhileEditedAndTheBrowse
     const QByteArray original = servers().readWebFile(QStringLiteral("asp/layout.asp"));
     UserQuestions::Script({OK, OK});
     Window w;
-    w.open(QStringLiteral("asp/layout.asp"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
+    ASSERT_TRUE(w.edit(QStringLiteral("asp/layout.asp")));
     EXPECT_EQ(w.page().designMode(), QStringLiteral("On"));
     EXPECT_TRUE(w.page().documentElement().outerHTML().contains(QStringLiteral("keldaspIN#")));
     EXPECT_EQ(servers().readWebFile(QStringLiteral("asp/layout.asp")), original);
@@ -102,9 +100,7 @@ TEST_F(EditSessionGui, PhpPageIsHatchedAndAnUnknownTypeIsRefused)
     servers().writeWebFile(QStringLiteral("lang/page.cgi"), body);
     UserQuestions::Script({OK, OK, OK});
     Window w;
-    w.open(QStringLiteral("lang/page.php"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
+    ASSERT_TRUE(w.edit(QStringLiteral("lang/page.php")));
     EXPECT_FALSE(w.page().getElementById(QStringLiteral("__kelda_hatched")).isNull());
     EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
     w.pressEdit();
@@ -161,10 +157,7 @@ TEST_F(EditSessionGui, CancelToTheSaveQuestionKeepsEditingAndNoDropsTheChanges)
     servers().writeWebFile(QStringLiteral("plain/keep.htm"), plainPage("old"));
     UserQuestions::Script({OK, UserQuestions::vbCancel, UserQuestions::vbNo});
     Window w;
-    w.open(QStringLiteral("plain/keep.htm"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
-    ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
+    ASSERT_TRUE(w.editAndType(QStringLiteral("plain/keep.htm"), QStringLiteral("text"), QStringLiteral("zq")));
 
     w.pressEdit();
     EXPECT_EQ(countStartingWith(shownTexts(), kSaveQuestion), 1);
@@ -226,10 +219,7 @@ TEST_F(EditSessionGui, PlainPageTypedAndSavedIsOnTheServerWithARevisionAndShownF
     const int revisionsBefore = revisionFiles();
     UserQuestions::Script({OK});
     Window w;
-    w.open(QStringLiteral("plain/save.htm"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
-    ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
+    ASSERT_TRUE(w.editAndType(QStringLiteral("plain/save.htm"), QStringLiteral("text"), QStringLiteral("zq")));
     w.pressSave();
     EXPECT_EQ(errorDialogs(), 0) << firstError();
     EXPECT_FALSE(w.editing());
@@ -248,10 +238,7 @@ TEST_F(EditSessionGui, ScriptPageAfterSaveHasEveryBlockAndTheEdit)
     servers().writeWebFile(QStringLiteral("aspsave/layout.asp"), original);
     UserQuestions::Script({OK});
     Window w;
-    w.open(QStringLiteral("aspsave/layout.asp"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
-    ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
+    ASSERT_TRUE(w.editAndType(QStringLiteral("aspsave/layout.asp"), QStringLiteral("text"), QStringLiteral("zq")));
     w.pressSave();
     EXPECT_EQ(errorDialogs(), 0) << firstError();
     EXPECT_FALSE(w.editing());
@@ -272,9 +259,7 @@ TEST_F(EditSessionGui, FramesetSavesEachFrameToItsOwnFileAndSkipsTheForeignFrame
     const QByteArray framesetBefore = servers().readWebFile(QStringLiteral("frameset.htm"));
     UserQuestions::Script({OK});
     Window w;
-    w.open(QStringLiteral("frameset.htm"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
+    ASSERT_TRUE(w.edit(QStringLiteral("frameset.htm")));
     ASSERT_TRUE(w.typeInto(w.page().frame(0), QStringLiteral("left"), QStringLiteral("zq")));
     ASSERT_TRUE(w.typeInto(w.page().frame(1), QStringLiteral("main"), QStringLiteral("qz")));
     w.pressSave();
@@ -293,10 +278,7 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
     servers().writeWebFile(QStringLiteral("plain/drop.htm"), plainPage("old"));
     UserQuestions::Script({OK});
     Window w;
-    w.open(QStringLiteral("plain/drop.htm"));
-    w.pressEdit();
-    ASSERT_TRUE(w.editing());
-    ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zq")));
+    ASSERT_TRUE(w.editAndType(QStringLiteral("plain/drop.htm"), QStringLiteral("text"), QStringLiteral("zq")));
     servers().setFtpFaults(QJsonObject{{QStringLiteral("drop_on"), QStringLiteral("^(STOR|RNFR|RNTO)")}});
     w.pressSave();
     EXPECT_EQ(errorDialogs(), 1);

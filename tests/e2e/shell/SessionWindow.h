@@ -4,6 +4,7 @@
 // Edit, type into the page, press Save, with the answers to the program's
 // questions given in advance through UserQuestions.
 
+#include "DemoSite.h"
 #include "TestServers.h"
 #include "config/CPublicSettings.h"
 #include "config/MGlobalProjectObjects.h"
@@ -40,15 +41,7 @@ inline void writeStore()
 {
     QFile::remove(CReg::StorePath());
     CReg::Reload();
-    SiteRecord site;
-    site.userid = QString::fromLatin1(TestServers::User);
-    site.password = QString::fromLatin1(TestServers::Password);
-    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers().ftpPort());
-    site.baseaddress = servers().httpBase();
-    site.ftproot = QStringLiteral("/www");
-    site.isactive = QStringLiteral("1");
-    site.indexfile = QStringLiteral("index.htm");
-    MGlobalProjectObjects::URLDATA = {site};
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers())};
     ASSERT_EQ(CPublicSettings().SetURLSettings(), 1);
     CReg browser;
     browser.Subkey = QStringLiteral("Browser");
@@ -80,6 +73,18 @@ public:
         WebBrowser *ie = form.browser();
         PageScriptCall::pumpUntil([ie] { return ie->ReadyState() != WebBrowser::ReadyStateComplete; }, 1000);
         EXPECT_TRUE(ie->waitUntilComplete());
+    }
+
+    // Opens the page and presses Edit; true when the session stands.
+    bool edit(const QString &path)
+    {
+        open(path);
+        pressEdit();
+        return editing();
+    }
+    bool editAndType(const QString &path, const QString &id, const QString &text)
+    {
+        return edit(path) && typeInto(page(), id, text);
     }
 
     // The press returns once the entry is over, as the click runs it.
