@@ -195,10 +195,8 @@ long EditSession::EnterDocuments(int &step)
         return -1;
     }
     step = 18;
-   
     if (RemoveASPTags() == 0)
         return 0;
-   
     if (StopIfAborted())
         return -1;
     LockBrowser(true);
@@ -247,7 +245,7 @@ bool EditSession::StopIfAborted()
 {
     if (!boolEditAborted)
         return false;
-    if (m_boolASPTagged && !m_ASP.Filters().empty() && RemoveASPTags() != 1)
+    if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
         MError::LogError();
     EndQuietly();
     nClickDepth = 0;
@@ -298,7 +296,7 @@ void EditSession::ComplexASP(long nDoc)
 
 void EditSession::RefuseExtension()
 {
-    if (m_boolASPTagged && RemoveASPTags() != 1)
+    if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
         MError::LogError();
     MWait::Wait_End();
     UserQuestions::MsgBox(L(kExtensionNotSupported), UserQuestions::vbInformation);
@@ -607,7 +605,7 @@ void EditSession::Trap(const QString &procedure, int step)
     const QString description = MError::ErrorDescription();
     const QString source = MError::ErrorSource();
     MError::ClearError();
-    if (m_boolASPTagged && !m_ASP.Filters().empty() && RemoveASPTags() != 1)
+    if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
         MError::LogError();
     MWait::Wait_End();
     Hourglass(false);
