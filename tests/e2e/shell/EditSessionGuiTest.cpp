@@ -113,6 +113,15 @@ TEST_F(EditSessionGui, PhpPageIsHatchedAndAnUnknownTypeIsRefused)
     EXPECT_TRUE(w.addressRowEnabled());
     EXPECT_TRUE(w.form.EditButton()->isEnabled());
     EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
+
+    // In a frameset the frames before the refused one leave design mode.
+    servers().writeWebFile(QStringLiteral("lang/frames.htm"),
+                           "<HTML><FRAMESET cols=\"50%,50%\"><FRAME src=\"edit.htm\"><FRAME src=\"page.cgi\">"
+                           "</FRAMESET></HTML>");
+    servers().writeWebFile(QStringLiteral("lang/edit.htm"), body);
+    EXPECT_FALSE(w.edit(QStringLiteral("lang/frames.htm")));
+    EXPECT_EQ(countStartingWith(shownTexts(), kExtension), 2);
+    EXPECT_EQ(w.page().frame(0).designMode(), QStringLiteral("Off"));
     EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
 
