@@ -14,6 +14,7 @@
 #include "support/MResources.h"
 #include "support/MWait.h"
 #include "support/UserQuestions.h"
+#include "transfer/CFTPS.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -76,6 +77,25 @@ void EditSession::OnPageEvent(const PageEvent &event)
 }
 
 EditSession::~EditSession() = default;
+
+// A failed logon is not reported here: the step that needs the server
+// reports it in its own words.
+void EditSession::HoldConnection()
+{
+    if (!m_FTP)
+        m_FTP = std::make_unique<CFTPS>();
+    const bool wasClear = MError::ErrorNumber() == 0;
+    if (!m_FTP->Connected() && m_FTP->Logon() != 1 && wasClear)
+        MError::ClearError();
+}
+
+// Between sessions no connection is kept open. Never called while one of
+// the client's own operations runs: a release during the entry leaves the
+// client to the entry.
+void EditSession::DropConnection()
+{
+    m_FTP.reset();
+}
 
 void EditSession::Hourglass(bool on)
 {
@@ -156,6 +176,8 @@ long EditSession::Enter(int &step)
         return -1;
     }
     step = 8;
+    // Inside the entry: a Cancel during the logon leaves the client alone.
+    HoldConnection();
     LoadCMSData();
     if (StopIfAborted())
         return -1;
@@ -317,9 +339,14 @@ void EditSession::EndQuietly()
     m_boolSaving = false;
     m_boolDocumentLoaded = false;
     SetEditValue(false);
-    if (m_boolASPTagged)
+    if (m_boolASPTagged) {
+        // The reload of the marked page may still be under way; the fresh
+        // load must not be lost to it.
+        m_IE->waitUntilComplete();
         m_IE->Navigate2(m_IE->LocationURL(), WebBrowser::NavNoReadFromCache);
+    }
     m_boolASPTagged = false;
+    DropConnection();
 }
 
 long EditSession::RemoveASPTags()
@@ -514,6 +541,7 @@ void EditSession::Release()
     if (boolKeepEditing)
         return;
     LeaveDocuments(dirty || m_boolSavedInSession);
+    DropConnection();
     LockBrowser(false);
     m_form.SaveButton()->setEnabled(false);
     MWait::Wait_End();
@@ -629,6 +657,7 @@ void EditSession::cmdSave_MouseUp()
     m_form.cmdEditEnable(false);
     m_form.SaveButton()->setChecked(true);
     m_form.SaveButton()->setEnabled(false);
+    HoldConnection();
     DeleteCachedDocs();
     MGlobalProjectObjects::g_strSaveDate = HttpDate::Format(QDateTime::currentDateTimeUtc());
     MGlobalProjectObjects::g_boolSaveDateValid = true;

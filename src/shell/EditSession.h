@@ -11,6 +11,7 @@
 struct PageEvent;
 class CASPFilter;
 class CDocument;
+class CFTPS;
 class WebBrowser;
 class frmVindrell;
 
@@ -87,6 +88,8 @@ private:
     void SetEditValue(bool pressed);
     void Trap(const QString &procedure, int step);
     static void Hourglass(bool on);
+    void HoldConnection();
+    void DropConnection();
 
     frmVindrell &m_form;
     WebBrowser *m_IE;
@@ -94,6 +97,9 @@ private:
     // The filters the documents were given; they live as long as those.
     std::vector<std::shared_ptr<CASPFilter>> m_HeldFilters;
     ASPTagging m_ASP;
+    // The session's own FTP client: while it lives, every client the
+    // session's steps make for a moment rides on its logged-in connection.
+    std::unique_ptr<CFTPS> m_FTP;
     HtmlDocument m_HTMLDocument;
     HtmlDocument m_HTMLFrameDocument;
     long m_lDocIndex = 0;

@@ -388,17 +388,11 @@ void frmVindrell::m_IE_DocumentComplete(const QList<int> &, const QString &url, 
 {
     m_strCurrentURL = url.toLower();
     cmdEditEnable(true);
-    const HtmlDocument document = m_IE->Document();
-    if (document.isNull())
+    if (m_IE->Document().isNull())
         return;
-    const bool wasClear = MError::ErrorNumber() == 0;
-    const QString title = document.title();
-    if (wasClear && MError::ErrorNumber() != 0) {
-        // A page that went away while it was asked is no page to name.
-        MError::ClearError();
-        return;
-    }
-    setWindowTitle(MResources::LoadResourceString(kCaptionPrefix) + title);
+    // The engine keeps the top document's title: asking the page for it
+    // would wait on a page that may already be leaving.
+    setWindowTitle(MResources::LoadResourceString(kCaptionPrefix) + m_IE->title());
     if (isTop)
         m_boolTopComplete = true;
     if (m_strSystemInfo.isEmpty())
