@@ -68,15 +68,17 @@
     },
     queryEnabled(path, cmd) { return docAt(path).queryCommandEnabled(cmd); },
     queryState(path, cmd) { return docAt(path).queryCommandState(cmd); },
-    // The editor's own style elements are its look, never part of the file.
+    // The editor's own style elements are its look, never part of the file:
+    // each one's text is cut out of the page's text where it stands.
     serialize(path) {
       const d = docAt(path);
       const dt = d.doctype ? new XMLSerializer().serializeToString(d.doctype) + '\r\n' : '';
-      const own = d.querySelectorAll('[data-kelda]');
-      if (!own.length) return dt + d.documentElement.outerHTML;
-      const copy = d.documentElement.cloneNode(true);
-      for (const e of copy.querySelectorAll('[data-kelda]')) e.remove();
-      return dt + copy.outerHTML;
+      let html = d.documentElement.outerHTML;
+      for (const own of d.querySelectorAll('[data-kelda]')) {
+        const text = own.outerHTML, at = html.indexOf(text);
+        if (at >= 0) html = html.slice(0, at) + html.slice(at + text.length);
+      }
+      return dt + html;
     },
     styleSheets(path) {
       return Array.prototype.map.call(docAt(path).styleSheets, function (s) {
@@ -231,8 +233,8 @@
     // of elements handed back (read before their attributes go) so that
     // the caller can upload them.
     stripEditMarks(path) {
-      const list = docAt(path).getElementsByTagName('*'), pending = [];
       const marks = ['keldaKey', 'vismark', 'no_visibility', 'relativepath', 'uploadpath', 'bgchange', 'bgbytad'];
+      const list = docAt(path).querySelectorAll(marks.map(m => '[' + m + ']').join(',')), pending = [];
       for (let i = 0; i < list.length; i++) {
         const e = list[i];
         const hide = e.getAttribute('vismark') === 'true', show = e.getAttribute('no_visibility') === 'true';
@@ -252,7 +254,7 @@
     // The marks of a CMS-locked page: what made its areas editable and the
     // frames drawn round them. The keldaedit attribute itself stays.
     stripLockMarks(path, properties) {
-      const d = docAt(path), list = d.getElementsByTagName('*');
+      const d = docAt(path), list = d.querySelectorAll('[keldaedit]');
       if (d.body) d.body.removeAttribute('contenteditable');
       let n = 0;
       for (let i = 0; i < list.length; i++) {
