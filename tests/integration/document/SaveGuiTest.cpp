@@ -10,6 +10,8 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -35,6 +37,19 @@ protected:
         Q::EndScript();
         G::UseTidy = false;
         CReg::SaveSetting(QStringLiteral("Advanced"), QStringLiteral("UseTidy"), QStringLiteral("False"));
+    }
+    // Opens the page for editing, lets edit change it, saves it as changed
+    // and gives the file the server holds afterwards.
+    QByteArray saveChanged(const QString &path, const QByteArray &body,
+                           const std::function<void(HtmlDocument &)> &edit = {})
+    {
+        auto doc = editPage(screen, path, body);
+        HtmlDocument page = screen.browser.Document();
+        if (edit)
+            edit(page);
+        doc->SetDirty();
+        EXPECT_EQ(doc->Save(), 1) << MError::ErrorDescription().toStdString();
+        return serverFile(path);
     }
     document_test::Screen screen;
 };
@@ -68,6 +83,7 @@ const QByteArray kMarkedPage =
 
 TEST_F(Save, EditedPageGoesUpWithoutTheMarksOfEditing)
 {
+    Q::Script({});
     screen.open(QStringLiteral("save/garden.htm"), kMarkedPage);
     auto doc = std::make_unique<CDocument>();
     ASSERT_EQ(doc->Init(&screen.window), 1);
@@ -92,6 +108,20 @@ TEST_F(Save, EditedPageGoesUpWithoutTheMarksOfEditing)
     EXPECT_TRUE(saved.contains(QStringLiteral("<div id=\"free\" keldaedit=\"1\">Open text</div>")));
     EXPECT_TRUE(saved.contains(QStringLiteral("visibility: hidden")));
     EXPECT_TRUE(hasRevisionWith(kMarkedPage));
+    // A page declared iso-8859-1 goes without a question.
+    EXPECT_TRUE(Q::ShownSoFar().isEmpty());
+}
+
+// A frameset gets back its own border and the resizing of each frame.
+TEST_F(Save, FramesetGetsItsBordersBack)
+{
+    const QString saved = QString::fromLatin1(saveChanged(QStringLiteral("save/frames.htm"),
+        "<html><head><title>F</title></head><frameset cols=\"50%,50%\" frameborder=\"0\">"
+        "<frame src=\"a.htm\" noresize><frame src=\"b.htm\"></frameset></html>"));
+    SCOPED_TRACE(saved.toStdString());
+    EXPECT_TRUE(saved.contains(QStringLiteral("<frameset cols=\"50%,50%\" frameborder=\"no\">")));
+    EXPECT_TRUE(saved.contains(QStringLiteral("<frame src=\"a.htm\" noresize=")));
+    EXPECT_TRUE(saved.contains(QStringLiteral("<frame src=\"b.htm\"></frameset>")));
 }
 
 TEST_F(Save, UnchangedPageIsNotSentAndObjectsDecide)
@@ -149,11 +179,9 @@ TEST_F(Save, PagesKeepTheirCharacters)
     G::UseTidy = true;
     G::TidyCharEncodingType = 3;
     G::TidyIndentScheme = 1;
-    auto utf8 = editPage(screen, QStringLiteral("utf8.htm"), serverFile(QStringLiteral("utf8.htm")));
-    screen.browser.Document().getElementById(QStringLiteral("euro")).setInnerText(QStringLiteral("Pris: 30 €"));
-    utf8->SetDirty();
-    ASSERT_EQ(utf8->Save(), 1) << MError::ErrorDescription().toStdString();
-    const QByteArray unicode = serverFile(QStringLiteral("utf8.htm"));
+    const QByteArray unicode = saveChanged(QStringLiteral("utf8.htm"), serverFile(QStringLiteral("utf8.htm")), [](HtmlDocument &page) {
+        page.getElementById(QStringLiteral("euro")).setInnerText(QStringLiteral("Pris: 30 €"));
+    });
     EXPECT_TRUE(unicode.contains("R\xC3\xA4ksm\xC3\xB6rg\xC3\xA5s")) << unicode.toStdString();
     EXPECT_TRUE(unicode.contains("Pris: 30 \xE2\x82\xAC"));
     EXPECT_TRUE(unicode.contains("charset=utf-8"));
@@ -161,11 +189,8 @@ TEST_F(Save, PagesKeepTheirCharacters)
 
     G::UseTidy = false;
     Q::Script({Q::vbNo});
-    auto latin = editPage(screen, QStringLiteral("latin.htm"), serverFile(QStringLiteral("latin.htm")));
-    latin->SetDirty();
-    ASSERT_EQ(latin->Save(), 1) << MError::ErrorDescription().toStdString();
+    const QByteArray western = saveChanged(QStringLiteral("latin.htm"), serverFile(QStringLiteral("latin.htm")));
     EXPECT_EQ(Q::ShownSoFar().size(), 1);
-    const QByteArray western = serverFile(QStringLiteral("latin.htm"));
     EXPECT_TRUE(western.contains("R\xE4ksm\xF6rg\xE5s f\xF6r 25 \x80.")) << western.toStdString();
     EXPECT_TRUE(western.contains("charset=windows-1252"));
 }
@@ -176,11 +201,8 @@ TEST_F(Save, FailingTidyLeavesTheTextUntidiedAndLogs)
     ErrorLog::Take(existed);
     G::UseTidy = true;
     G::TidyCharEncodingType = 1;
-    auto doc = editPage(screen, QStringLiteral("save/odd.htm"),
-                        "<html><head><title>Odd</title></head><body><wibble>odd tag</wibble>\n\n<p>x</p></body></html>");
-    doc->SetDirty();
-    ASSERT_EQ(doc->Save(), 1) << MError::ErrorDescription().toStdString();
-    const QByteArray saved = serverFile(QStringLiteral("save/odd.htm"));
+    const QByteArray saved = saveChanged(QStringLiteral("save/odd.htm"),
+        "<html><head><title>Odd</title></head><body><wibble>odd tag</wibble>\n\n<p>x</p></body></html>");
     EXPECT_TRUE(saved.contains("<wibble>odd tag</wibble>\n\n<p>")) << saved.toStdString();
     EXPECT_TRUE(saved.contains("charset=iso-8859-1"));
     EXPECT_TRUE(saved.contains("Last-Modified"));
@@ -189,10 +211,8 @@ TEST_F(Save, FailingTidyLeavesTheTextUntidiedAndLogs)
 
 TEST_F(Save, EscapedBlankInTheAddressIsABlankOnTheServer)
 {
-    auto doc = editPage(screen, QStringLiteral("save/my page.htm"), "<html><head><title>B</title></head><body><p>x</p></body></html>");
-    doc->SetDirty();
-    ASSERT_EQ(doc->Save(), 1) << MError::ErrorDescription().toStdString();
-    EXPECT_TRUE(serverFile(QStringLiteral("save/my page.htm")).contains("Last-Modified"));
+    EXPECT_TRUE(saveChanged(QStringLiteral("save/my page.htm"), "<html><head><title>B</title></head><body><p>x</p></body></html>")
+                    .contains("Last-Modified"));
     EXPECT_FALSE(QFile::exists(TestServers::shared().webRoot() + QStringLiteral("/save/my%20page.htm")));
 }
 
@@ -207,23 +227,22 @@ TEST_F(Save, BackgroundPicturesGoUpWithThePage)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(gif);
     }
-    auto doc = editPage(screen, QStringLiteral("save/bg.htm"),
-                        "<html><head><title>Bg</title></head><body><table><tr><td id=\"cell\">x</td></tr></table></body></html>");
-    HtmlDocument page = screen.browser.Document();
-    HtmlElement body = page.body();
-    body.setAttribute(QStringLiteral("background"), disk.path() + QStringLiteral("/body.gif"));
-    body.setAttribute(QStringLiteral("BkndImgSrcPath"), disk.path() + QStringLiteral("/body.gif"));
-    body.setAttribute(QStringLiteral("BkndImgUploadPath"), QStringLiteral("/www/img"));
-    HtmlElement cell = page.getElementById(QStringLiteral("cell"));
-    cell.setAttribute(QStringLiteral("background"), disk.path() + QStringLiteral("/cell.gif"));
-    cell.setAttribute(QStringLiteral("bgchange"), QStringLiteral("true"));
-    cell.setAttribute(QStringLiteral("relativepath"), QStringLiteral("../img"));
-    cell.setAttribute(QStringLiteral("uploadpath"), QStringLiteral("/www/img"));
-    doc->SetDirty();
-    ASSERT_EQ(doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    const QString local = disk.path();
+    const QString saved = QString::fromLatin1(saveChanged(QStringLiteral("save/bg.htm"),
+        "<html><head><title>Bg</title></head><body><table><tr><td id=\"cell\">x</td></tr></table></body></html>",
+        [&](HtmlDocument &page) {
+            HtmlElement body = page.body();
+            body.setAttribute(QStringLiteral("background"), local + QStringLiteral("/body.gif"));
+            body.setAttribute(QStringLiteral("BkndImgSrcPath"), local + QStringLiteral("/body.gif"));
+            body.setAttribute(QStringLiteral("BkndImgUploadPath"), QStringLiteral("/www/img"));
+            HtmlElement cell = page.getElementById(QStringLiteral("cell"));
+            cell.setAttribute(QStringLiteral("background"), local + QStringLiteral("/cell.gif"));
+            cell.setAttribute(QStringLiteral("bgchange"), QStringLiteral("true"));
+            cell.setAttribute(QStringLiteral("relativepath"), QStringLiteral("../img"));
+            cell.setAttribute(QStringLiteral("uploadpath"), QStringLiteral("/www/img"));
+        }));
     EXPECT_EQ(serverFile(QStringLiteral("img/body.gif")), gif);
     EXPECT_EQ(serverFile(QStringLiteral("img/cell.gif")), gif);
-    const QString saved = QString::fromLatin1(serverFile(QStringLiteral("save/bg.htm")));
     SCOPED_TRACE(saved.toStdString());
     EXPECT_TRUE(saved.contains(QStringLiteral("background=\"../img/body.gif\"")));
     EXPECT_TRUE(saved.contains(QStringLiteral("background-image: url(&quot;../img/body.gif&quot;)")));
