@@ -433,8 +433,10 @@ long CDocument::EditOffPage()
     m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
     m_boolEditOn = false;
     // The source edit by hand was cancelled after the page had gone to the
-    // server: the original goes back, once.
-    if (m_boolEditedAsHTML) {
+    // server: the original goes back, once. A page whose original source
+    // was never kept (one without script) keeps what that save sent rather
+    // than being emptied.
+    if (m_boolEditedAsHTML && !m_strOriginalASP.isEmpty()) {
         if (SendDocumentToServer(m_strOriginalASP) != 1)
             return 0;
         m_boolEditedAsHTML = false;
@@ -444,6 +446,10 @@ long CDocument::EditOffPage()
 
 // ------------------------------------------------------------------ Save
 
+// Runs once at the end of a session: the marks of editing are taken off
+// the live page on the way, so the page is no longer fit for editing
+// afterwards, whatever the result (-2 aside, which touches nothing but a
+// frameset's borders).
 long CDocument::Save()
 {
     m_boolEditedAsHTML = false;
