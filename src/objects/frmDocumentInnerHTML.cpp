@@ -86,3 +86,9 @@ void frmDocumentInnerHTML::cmdOK_Click()
 {
     accept();
 }
+
+void frmDocumentInnerHTML::done(int result)
+{
+    m_boolCancelled = result != QDialog::Accepted;
+    QDialog::done(result);
+}

@@ -18,9 +18,11 @@ public:
     // The source and its kind (an ASP source is shown as it is), and the
     // window's caption.
     long Init(const QString &HTMLCode_p, bool IsASP_p, const QString &strCaption_p);
-    // Runs the dialog modally. 1 when the user pressed OK, -1 when he
-    // cancelled.
+    // Runs the dialog modally (and answers a test's script, see below).
+    // 1 when the user pressed OK, -1 when he cancelled.
     long Show();
+    // However the dialog was run, only OK counts as not cancelled.
+    void done(int result) override;
     bool Cancelled() const { return m_boolCancelled; }
     QString Text() const;
     bool IsASP() const { return m_boolIsASP; }
