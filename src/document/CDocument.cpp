@@ -549,7 +549,8 @@ long CDocument::StripLockMarks()
 // The head tags are settled in the live page, then the page is written out
 // again. A step that fails after the charset question costs only its own
 // work: the text from before it goes out and the reason goes to error.log.
-// A failing Tidy leaves the text with its head tags, untidied.
+// A failing Tidy leaves the text with its head tags, untidied. Either way
+// the META tags go out with their name first, as the program writes them.
 long CDocument::MakePageText(QString &text)
 {
     const QString before = m_Document.serialize();
