@@ -8,6 +8,7 @@
 #include "support/ErrorLog.h"
 #include "support/UserQuestions.h"
 
+#include <QJsonArray>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -147,6 +148,21 @@ TEST_F(Save, UnchangedPageIsNotSentAndObjectsDecide)
     again->AddObject(std::make_unique<ReportingObject>(1));
     EXPECT_EQ(again->Save(), 1) << MError::ErrorDescription().toStdString();
     EXPECT_TRUE(serverFile(QStringLiteral("save/quiet.htm")).contains("Last-Modified"));
+}
+
+// Without a revision of what stands on the server the page isn't sent:
+// the user has been told why, and nothing is left pending.
+TEST_F(Save, NoRevisionNoUpload)
+{
+    auto doc = editPage(screen, QStringLiteral("save/kept.htm"), kMarkedPage);
+    doc->SetDirty();
+    Q::Script({});
+    TestServers::shared().setFtpFaults({{QStringLiteral("readonly"), QJsonArray{QStringLiteral("www/_resetp")}}});
+    EXPECT_EQ(doc->Save(), -1);
+    TestServers::shared().clearFtpFaults();
+    EXPECT_EQ(serverFile(QStringLiteral("save/kept.htm")), kMarkedPage);
+    EXPECT_EQ(MError::ErrorNumber(), 0);
+    EXPECT_EQ(Q::ShownSoFar().size(), 1);
 }
 
 // Every block of script comes back exactly as the author wrote it.
