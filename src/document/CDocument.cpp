@@ -579,16 +579,19 @@ long CDocument::MakeASPText(QString &text)
     return m_ASPFilter->FilterOut(text, false) == 1 ? 1 : 0;
 }
 
-// What stands on the server is kept as a revision before it is replaced;
-// when no revision can be kept the page is not sent either.
+// What stands on the server is kept as a revision before it is replaced.
+// When no revision could be kept (-1: the page isn't on the server yet, or
+// the revision folder is write-protected and the user has just been told
+// "The page will be saved anyway") the page is sent all the same: the user
+// was promised his save, and the session ends after it, so holding the page
+// back would throw his edit away. Only a failure (0) stops the save.
 long CDocument::SendSaved(const QString &text)
 {
     CRollback rollback;
     const long kept = rollback.BackupPage(m_strSavePath);
-    if (kept == -1)
-        return -1;
-    if (kept != 1)
+    if (kept == 0)
         return SaveFailed(12);
+    MError::ClearError();
     CFTPS ftp;
     if (OpenTransfer(ftp, SavePosition(m_strSavePath, 10)) != 1)
         return 0;

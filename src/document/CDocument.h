@@ -51,8 +51,9 @@ public:
     long IsEditable(CASPFilter &CASPFilter_p);
     long EditOn(bool boolEdit_p);
     // 1 saved; -2 not dirty, nothing done; -1 not saved and nothing to
-    // report (the user's answer or the revision step stopped it); 0 failed,
-    // error pending.
+    // report (the user's answer to the charset question stopped it); 0
+    // failed, error pending. A page whose old version can't be kept as a
+    // revision is saved all the same.
     long Save();
     // Sends the text to the page's file on the server as it stands. 1 or 0.
     long SendDocumentToServer(const QString &strHTMLStream_p);
