@@ -5,6 +5,7 @@
 #include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "document/CDocument.h"
+#include "objects/frmDocumentInnerHTML.h"
 #include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -504,13 +505,24 @@ long EditSession::DeleteCachedDocs()
     return 1;
 }
 
-// The source editor belongs to the document, which reads the page from
-// the server and sends the edited text back.
+// The page's source as the server holds it, edited by hand: the text goes
+// back as the user left it, unless he cancelled.
 long EditSession::EditAspDocument(long nDoc)
 {
     if (nDoc < 0 || nDoc >= long(m_Documents.size()))
         return 1;
-    return m_Documents[size_t(nDoc)]->EditAspDocument() == 0 ? 0 : 1;
+    const auto doc = m_Documents[size_t(nDoc)];
+    frmDocumentInnerHTML form(&m_form);
+    QString source;
+    if (doc->GetDocumentFromServer(source) != 1)
+        return 0;
+    QString strURL;
+    doc->GetURL(strURL);
+    form.Init(source, true, strURL);
+    form.Show();
+    if (!form.Cancelled() && doc->SendDocumentToServer(form.Text()) != 1)
+        return 0;
+    return 1;
 }
 
 // ---------------------------------------------------------------- release

@@ -2,6 +2,7 @@
 // a user drives it: Edit, typing, Save, and the answers to the questions.
 
 #include "SessionWindow.h"
+#include "objects/frmDocumentInnerHTML.h"
 #include "support/MWait.h"
 #include "support/frmWait.h"
 
@@ -306,21 +307,28 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
 
 // A script page whose markers don't come back as they went (a block in a
 // loop) is refused: the server has its original again, the user is asked
-// whether to edit the source by hand, and the window browses on.
+// whether to edit the source by hand, and the window browses on. Yes opens
+// the source as the server holds it, and what the user leaves in it goes
+// to the server.
 TEST_F(EditSessionGui, ComplexScriptPageIsPutBackAndTheSourceEditIsOffered)
 {
     const QByteArray original = servers().readWebFile(QStringLiteral("news.asp"));
-    UserQuestions::Script({OK, UserQuestions::vbNo});
-    Window w;
-    w.open(QStringLiteral("news.asp"));
-    w.pressEdit();
-    EXPECT_FALSE(w.editing());
-    EXPECT_EQ(countStartingWith(shownTexts(), QStringLiteral("This page contains complex ASP code.")), 1);
-    EXPECT_EQ(servers().readWebFile(QStringLiteral("news.asp")), original);
-    EXPECT_FALSE(onServer(QStringLiteral("news.keldabak")));
-    EXPECT_TRUE(w.addressRowEnabled());
-    w.settle();
-    EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
-    EXPECT_FALSE(w.page().documentElement().outerHTML().contains(QStringLiteral("keldaspIN#")));
-    EXPECT_EQ(errorDialogs(), 0) << firstError();
+    const QString edited = QString::fromLatin1(original).replace(QStringLiteral("roses are out"),
+                                                                 QStringLiteral("tulips are out"));
+    for (const long answer : {long(UserQuestions::vbNo), long(UserQuestions::vbYes)}) {
+        servers().writeWebFile(QStringLiteral("news.asp"), original);
+        UserQuestions::Script({OK, answer, OK});
+        frmDocumentInnerHTML::ScriptEdits({edited});
+        Window w;
+        EXPECT_FALSE(w.edit(QStringLiteral("news.asp")));
+        EXPECT_EQ(countStartingWith(shownTexts(), QStringLiteral("This page contains complex ASP code.")), 1);
+        EXPECT_EQ(servers().readWebFile(QStringLiteral("news.asp")),
+                  answer == UserQuestions::vbYes ? edited.toLatin1() : original);
+        EXPECT_FALSE(onServer(QStringLiteral("news.keldabak")));
+        EXPECT_TRUE(w.addressRowEnabled());
+        w.settle();
+        EXPECT_EQ(w.page().designMode(), QStringLiteral("Off"));
+        EXPECT_FALSE(w.page().documentElement().outerHTML().contains(QStringLiteral("keldaspIN#")));
+        EXPECT_EQ(errorDialogs(), 0) << firstError();
+    }
 }
