@@ -185,6 +185,21 @@ TEST_F(EditSessionGui, CancelToTheSaveQuestionKeepsEditingAndNoDropsTheChanges)
     EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
 
+// Yes to the save question saves on the way out.
+TEST_F(EditSessionGui, YesToTheSaveQuestionSavesAndEndsTheSession)
+{
+    servers().writeWebFile(QStringLiteral("plain/yes.htm"), plainPage("old"));
+    UserQuestions::Script({OK, UserQuestions::vbYes});
+    Window w;
+    ASSERT_TRUE(w.editAndType(QStringLiteral("plain/yes.htm"), QStringLiteral("text"), QStringLiteral("zq")));
+    w.pressEdit();
+    EXPECT_EQ(countStartingWith(shownTexts(), kSaveQuestion), 1);
+    EXPECT_FALSE(w.editing());
+    EXPECT_TRUE(servers().readWebFile(QStringLiteral("plain/yes.htm")).contains(">zq</"));
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
+    EXPECT_EQ(MWait::Current(), nullptr);
+}
+
 // A session that ended after its marked page went up (the window is gone
 // without putting the original back) is repaired by the next press of
 // Edit on that page, from the copy beside it or from the page's own text.
