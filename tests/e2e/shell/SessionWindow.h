@@ -111,7 +111,9 @@ public:
             // Keys go to the frame that has the focus, as a click gives it.
             PageScriptCall::run(ie->page(), frame + QStringLiteral(".focus(); true"), QString());
             HtmlTextRange::aroundElement(doc.getElementById(id)).select();
-            PageScriptCall::pumpUntil([] { return false; }, 100);
+            PageScriptCall::pumpUntil([&] {
+                return PageScriptCall::run(ie->page(), frame + QStringLiteral(".document.hasFocus()"), QString()).toBool();
+            }, 3000);
             for (const QChar c : text) {
                 QKeyEvent press(QEvent::KeyPress, Qt::Key_A + (c.toUpper().unicode() - 'A'), Qt::NoModifier, c);
                 QKeyEvent release(QEvent::KeyRelease, Qt::Key_A + (c.toUpper().unicode() - 'A'), Qt::NoModifier, c);
