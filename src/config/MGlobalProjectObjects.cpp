@@ -16,6 +16,8 @@ QString MGlobalProjectObjects::g_strAppPath;
 QString MGlobalProjectObjects::g_strTempFolder;
 QString MGlobalProjectObjects::g_strUserName;
 QString MGlobalProjectObjects::g_strUserMail;
+QString MGlobalProjectObjects::g_strSaveDate;
+bool MGlobalProjectObjects::g_boolSaveDateValid = false;
 
 void MGlobalProjectObjects::ApplyHttpProxy(HttpControl &http)
 {

@@ -83,4 +83,9 @@ public:
     static QString g_strTempFolder; // where every local work file lies
     static QString g_strUserName;
     static QString g_strUserMail;
+
+    // The HTTP date of the save under way ("Sun, 06 Nov 1994 08:49:37 GMT"),
+    // written into each saved page; valid once the save has set it.
+    static QString g_strSaveDate;
+    static bool g_boolSaveDateValid;
 };

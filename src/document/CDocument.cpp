@@ -7,15 +7,26 @@
 #include "config/frmMessageBoxOnce.h"
 #include "document/ASPMarkerAudit.h"
 #include "document/CDocEventHandler.h"
+#include "document/CPageBackgrounds.h"
+#include "document/CPageEncoding.h"
+#include "document/CPageMetaTags.h"
+#include "document/CSaveText.h"
+#include "document/CSendPath.h"
 #include "document/DocumentAddress.h"
 #include "document/FolderIndexSearch.h"
+#include "history/CRollback.h"
 #include "objects/CHTMLImg.h"
+#include "objects/frmDocumentInnerHTML.h"
 #include "platform/GlyphTable.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "transfer/CFTPS.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QLocale>
 
 #include <algorithm>
 
@@ -29,10 +40,16 @@ constexpr long kMsgForeignContent = 22000;
 constexpr long kTitleForeignContent = 22001;
 constexpr long kMsgNoSubIndex = 22002;
 constexpr long kMsgNotLoading = 22003;
+constexpr long kNoSite = 10002;
+constexpr long kSaveFailed = 10012; // our own number for a save that stopped without a reason of its own
+constexpr long kMsgNoSite = 22100;
+constexpr long kMsgSaveFailed = 22101;
 constexpr int kBodyWaitLimitMs = 1000;
 constexpr qsizetype kTextRangeMinimum = 21;
 
 const QString kKey = QStringLiteral("keldaKey");
+
+using G = MGlobalProjectObjects;
 
 } // namespace
 
@@ -47,6 +64,11 @@ CDocument::~CDocument()
 QString CDocument::Position(const QString &operation) const
 {
     return QStringLiteral("CDocument.") + operation;
+}
+
+QString CDocument::SavePosition(const QString &path, long line)
+{
+    return QStringLiteral("CDocument.Save{pathname: %1}{line: %2}").arg(path).arg(line);
 }
 
 long CDocument::GetDirty(bool &boolDocIsDirty_p) const
@@ -410,30 +432,271 @@ long CDocument::EditOffPage()
     m_Document.setDesignMode(QStringLiteral("Off"));
     m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
     m_boolEditOn = false;
+    // The source edit by hand was cancelled after the page had gone to the
+    // server: the original goes back, once. A page whose original source
+    // was never kept (one without script) keeps what that save sent rather
+    // than being emptied.
+    if (m_boolEditedAsHTML && !m_strOriginalASP.isEmpty()) {
+        if (SendDocumentToServer(m_strOriginalASP) != 1)
+            return 0;
+        m_boolEditedAsHTML = false;
+    }
     return 1;
 }
 
-// Bodies of the save side; they come with the save pipeline.
+// ------------------------------------------------------------------ Save
+
+// Runs once at the end of a session: the marks of editing are taken off
+// the live page on the way, so the page is no longer fit for editing
+// afterwards, whatever the result (-2 aside, which touches nothing but a
+// frameset's borders).
 long CDocument::Save()
 {
-    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("Save")));
-    return 0;
+    m_boolEditedAsHTML = false;
+    m_strSavePath.clear();
+    if (m_Document.URL() == QLatin1String("about:blank"))
+        return 1;
+    bool found = false;
+    DocumentAddress::GetCurrentURLIndex(m_Document.URL(), found);
+    if (!found)
+        return SaveFailed(3, kNoSite, MResources::LoadResourceString(kMsgNoSite));
+    const SiteRecord site = CurrentSite();
+    GetPreparedSendPath(m_strURL, m_strSavePath);
+    if (m_boolIsNotFrameset && SaveObjects() != 1)
+        return SaveFailed(4);
+    if (!m_boolIsNotFrameset)
+        RestoreFrameset();
+    if (!m_boolDirty)
+        return -2;
+    if (m_boolIsNotFrameset && StripEditMarks(site) != 1)
+        return SaveFailed(7);
+    if (m_boolControledByCMS && StripLockMarks() != 1)
+        return SaveFailed(8);
+    QString text;
+    const long made = m_ASPFilter ? MakeASPText(text) : MakePageText(text);
+    if (made == -1)
+        return -1;
+    if (made != 1)
+        return SaveFailed(9);
+    m_strLastSaved = text;
+    return SendSaved(text);
 }
 
-long CDocument::SendDocumentToServer(const QString &)
+// An object that wrote a change into the page makes the page changed.
+long CDocument::SaveObjects()
 {
-    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("SendDocumentToServer")));
-    return 0;
+    for (auto &[key, object] : m_Objects) {
+        const long saved = object->Save(m_Document);
+        if (saved == 0)
+            return 0;
+        if (saved == 1)
+            m_boolDirty = true;
+    }
+    return 1;
 }
 
-long CDocument::GetDocumentFromServer(QString &)
+// The frameset gets back the borders and resizing that edit mode changed.
+void CDocument::RestoreFrameset()
 {
-    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("GetDocumentFromServer")));
+    const QList<HtmlElement> framesets = m_Document.getElementsByTagName(QStringLiteral("FRAMESET"));
+    if (framesets.isEmpty())
+        return;
+    HtmlElement frameset = framesets.first();
+    if (m_vFrameBorder.isNull() || m_vFrameBorder.toString().isEmpty())
+        frameset.removeAttribute(QStringLiteral("frameborder"));
+    else
+        frameset.setAttribute(QStringLiteral("frameborder"), QStringLiteral("no"));
+    const QList<HtmlElement> frames = m_Document.getElementsByTagName(QStringLiteral("FRAME"));
+    for (qsizetype i = 0; i < frames.size(); ++i) {
+        if (i >= m_abNoResize.size() || !m_abNoResize.at(i)) {
+            HtmlElement frame = frames.at(i);
+            frame.removeAttribute(QStringLiteral("noresize"));
+        }
+    }
+}
+
+// Pictures chosen from the user's disk go up first; then one pass takes
+// every mark of edit mode off the page.
+long CDocument::StripEditMarks(const SiteRecord &site)
+{
+    HtmlElement body = m_Document.body();
+    if (CPageBackgrounds::SaveBodyBackground(body, site, m_strSavePath) == 0)
+        return 0;
+    bool ok = false;
+    const QList<HtmlDocument::PendingBackground> pending = m_Document.stripEditMarks(ok);
+    if (!ok)
+        return 0;
+    for (const HtmlDocument::PendingBackground &background : pending) {
+        if (CPageBackgrounds::SaveElementBackground(background, site) != 1)
+            return 0;
+    }
+    QCoreApplication::processEvents();
+    return 1;
+}
+
+long CDocument::StripLockMarks()
+{
+    static const QStringList borders = {
+        QStringLiteral("borderBottom"), QStringLiteral("borderBottomWidth"), QStringLiteral("borderBottomStyle"),
+        QStringLiteral("borderBottomColor"), QStringLiteral("borderTop"), QStringLiteral("borderTopWidth"),
+        QStringLiteral("borderTopStyle"), QStringLiteral("borderTopColor"), QStringLiteral("borderRight"),
+        QStringLiteral("borderRightWidth"), QStringLiteral("borderRightStyle"), QStringLiteral("borderRightColor"),
+        QStringLiteral("borderLeft"), QStringLiteral("borderLeftWidth"), QStringLiteral("borderLeftStyle"),
+        QStringLiteral("borderLeftColor")};
+    return m_Document.stripLockMarks(borders) >= 0 ? 1 : 0;
+}
+
+// The head tags are settled in the live page, then the page is written out
+// again. A step that fails after the charset question costs only its own
+// work: the text from before it goes out and the reason goes to error.log.
+// A failing Tidy leaves the text with its head tags, untidied. Either way
+// the META tags go out with their name first, as the program writes them.
+long CDocument::MakePageText(QString &text)
+{
+    const QString before = m_Document.serialize();
+    if (before.isEmpty())
+        return 0;
+    if (CPageMetaTags::CheckCharCodeMetaTag(m_Document) == -1)
+        return -1;
+    text = before;
+    if (CPageMetaTags::AddMetaEditTags(m_Document, SaveDate()) != 1)
+        MError::LogError();
+    else
+        text = m_Document.serialize();
+    if (!G::UseTidy || CSaveText::TidyUpHTML(text, text) != 1)
+        CSaveText::ReArrangeMetaNames(text, text);
+    return text.isEmpty() ? 0 : 1;
+}
+
+// The page's script goes back in place of what the server made of it.
+long CDocument::MakeASPText(QString &text)
+{
+    text = m_Document.serialize();
+    if (text.isEmpty())
+        return 0;
+    if (m_boolStreamChanged)
+        m_ASPFilter->SetOriginalStream(text);
+    return m_ASPFilter->FilterOut(text, false) == 1 ? 1 : 0;
+}
+
+// What stands on the server is kept as a revision before it is replaced.
+// When no revision could be kept (-1: the page isn't on the server yet, or
+// the revision folder is write-protected and the user has just been told
+// "The page will be saved anyway") the page is sent all the same: the user
+// was promised his save, and the session ends after it, so holding the page
+// back would throw his edit away. Only a failure (0) stops the save.
+long CDocument::SendSaved(const QString &text)
+{
+    CRollback rollback;
+    const long kept = rollback.BackupPage(m_strSavePath);
+    if (kept == 0)
+        return SaveFailed(12);
+    MError::ClearError();
+    CFTPS ftp;
+    if (OpenTransfer(ftp, SavePosition(m_strSavePath, 10)) != 1)
+        return 0;
+    if (ftp.SendPage(CPageEncoding::Encode(text), m_strSavePath) != 1)
+        return SaveFailed(13);
+    return 1;
+}
+
+long CDocument::SaveFailed(long line, long number, const QString &description)
+{
+    const QString position = SavePosition(m_strSavePath, line);
+    if (number != 0)
+        MError::SetError(number, description, position);
+    else
+        MError::SetErrorIfClear(kSaveFailed, MResources::LoadResourceString(kMsgSaveFailed), position);
     return 0;
 }
 
+// The date the save under way set, or, for a save of its own (a page
+// edited by hand), the time now.
+QString CDocument::SaveDate()
+{
+    if (G::g_boolSaveDateValid && !G::g_strSaveDate.isEmpty())
+        return G::g_strSaveDate;
+    return QLocale::c().toString(QDateTime::currentDateTimeUtc(), QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"));
+}
+
+SiteRecord CDocument::CurrentSite()
+{
+    const auto &sites = G::URLDATA;
+    const long current = G::lCurrentURL;
+    return current >= 0 && current < long(sites.size()) ? sites[current] : SiteRecord();
+}
+
+// A client of its own for the site in use, without the transfer window: the
+// save shows its own wait.
+long CDocument::OpenTransfer(CFTPS &ftp, const QString &position) const
+{
+    const SiteRecord site = CurrentSite();
+    if (ftp.Init(site.baseaddress, site.baseurl, site.userid, site.password) != 1) {
+        MError::SetErrorIfClear(kSaveFailed, MResources::LoadResourceString(kMsgSaveFailed), position);
+        return 0;
+    }
+    ftp.SetHideTransferDialog(true);
+    return 1;
+}
+
+long CDocument::GetPreparedSendPath(const QString &strUnCorrectedPath_p, QString &strCorrectedPath) const
+{
+    return CSendPath::GetPreparedSendPath(CurrentSite(), strUnCorrectedPath_p, m_Document.pathname(), strCorrectedPath);
+}
+
+// ------------------------------------------------- the page's source as text
+
+long CDocument::SendDocumentToServer(const QString &strHTMLStream_p)
+{
+    QString path;
+    GetPreparedSendPath(m_strURL, path);
+    CFTPS ftp;
+    if (OpenTransfer(ftp, Position(QStringLiteral("SendDocumentToServer"))) != 1)
+        return 0;
+    return ftp.SendPage(CPageEncoding::Encode(strHTMLStream_p), path) == 1 ? 1 : 0;
+}
+
+// The file is read by the same server path a save writes to, so a path
+// with escaped characters finds the same file.
+long CDocument::GetDocumentFromServer(QString &strHTMLStream_p)
+{
+    QString path;
+    GetPreparedSendPath(m_strURL, path);
+    CFTPS ftp;
+    if (OpenTransfer(ftp, Position(QStringLiteral("GetDocumentFromServer"))) != 1)
+        return 0;
+    QByteArray bytes;
+    if (ftp.GetASCIIFile(path, bytes) != 1)
+        return 0;
+    strHTMLStream_p = CPageEncoding::Decode(bytes);
+    return 1;
+}
+
+// The page goes to the server as it stands, and its source, script and
+// all, is offered for editing by hand. What the user writes there replaces
+// the page; if he cancels, the original goes back when edit mode ends.
 long CDocument::EditAspDocument()
 {
-    MError::SetError(5, QStringLiteral("Saving is not available yet."), Position(QStringLiteral("EditAspDocument")));
-    return 0;
+    frmDocumentInnerHTML form(m_frmVindrell);
+    m_boolDirty = true;
+    if (Save() == 0)
+        return 0;
+    if (m_ASPFilter)
+        m_ASPFilter->SetFilterState(CASPFilter::StateFilteredIn);
+    m_boolEditedAsHTML = true;
+    QString caption;
+    GetURL(caption);
+    form.Init(m_strLastSaved, true, caption);
+    long result = form.Show();
+    if (!form.Cancelled()) {
+        m_boolEditedAsHTML = false;
+        EditOn(false);
+        if (SendDocumentToServer(form.Text()) != 1)
+            return 0;
+        EditOn(false);
+        m_Document.execCommand(QStringLiteral("Refresh"));
+        result = 1;
+    }
+    m_boolASPEdited = true;
+    return result;
 }

@@ -12,6 +12,8 @@
 #include <memory>
 
 class CASPFilter;
+class CFTPS;
+struct SiteRecord;
 class CDocEventHandler;
 class CIHTMLObject;
 class QWidget;
@@ -49,11 +51,16 @@ public:
     long IsEditable(CASPFilter &CASPFilter_p);
     long EditOn(bool boolEdit_p);
     // 1 saved; -2 not dirty, nothing done; -1 not saved and nothing to
-    // report (the user's answer or the revision step stopped it); 0 failed,
-    // error pending.
+    // report (the user's answer to the charset question stopped it); 0
+    // failed, error pending. A page whose old version can't be kept as a
+    // revision is saved all the same.
     long Save();
     // Sends the text to the page's file on the server as it stands. 1 or 0.
     long SendDocumentToServer(const QString &strHTMLStream_p);
+    // The page's path on the FTP server: strUnCorrectedPath_p (the
+    // document's own path, m_strURL) or, when that is empty, the address's
+    // path, with the site's root in front. Always 1.
+    long GetPreparedSendPath(const QString &strUnCorrectedPath_p, QString &strCorrectedPath) const;
     // The page's source as the server holds it. 1 or 0.
     long GetDocumentFromServer(QString &strHTMLStream_p);
     // Lets the user edit the page's source by hand; the page object menus
@@ -91,6 +98,20 @@ private:
     long CleanDocument(const QList<HtmlElement> &collection);
     QString Position(const QString &operation) const;
 
+    // The steps of Save, in their order.
+    long SaveObjects();
+    void RestoreFrameset();
+    long StripEditMarks(const SiteRecord &site);
+    long StripLockMarks();
+    long MakePageText(QString &text);
+    long MakeASPText(QString &text);
+    long SendSaved(const QString &text);
+    long SaveFailed(long line, long number = 0, const QString &description = QString());
+    static QString SavePosition(const QString &path, long line);
+    static QString SaveDate();
+    static SiteRecord CurrentSite();
+    long OpenTransfer(CFTPS &ftp, const QString &position) const;
+
     bool m_boolControledByCMS = false;
     bool m_boolUserMayEdit = false;
     bool m_boolIsNotFrameset = true;
@@ -108,6 +129,7 @@ private:
     CASPFilter *m_ASPFilter = nullptr;
     QString m_strOriginalASP;
     QString m_strLastSaved;
+    QString m_strSavePath; // the server path of the save under way
     bool m_boolEditedAsHTML = false;
     bool m_boolASPEdited = false;
     bool m_boolStreamChanged = false;

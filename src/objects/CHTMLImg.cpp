@@ -12,3 +12,17 @@ long CHTMLImg::Init(const HtmlElement &img, CDocument *document)
     m_Document = document;
     return 1;
 }
+
+long CHTMLImg::IsDirty(bool &boolIsDirty_p) const
+{
+    boolIsDirty_p = m_boolDirty;
+    return 1;
+}
+
+// An image whose file stays where it is on the server has nothing to
+// upload: its size and place are in the page already. It only tells
+// whether it was changed, so that the page counts as changed.
+long CHTMLImg::Save(HtmlDocument &)
+{
+    return m_boolDirty ? 1 : -1;
+}

@@ -189,3 +189,23 @@ long HtmlDocument::keyAndStrip(const QString &tag, const QString &keyName, const
     const QVariant n = call(QStringLiteral("bulk.keyAndStrip"), {tag, keyName, names}, QStringLiteral("HtmlDocument.keyAndStrip"));
     return n.isValid() ? n.toLongLong() : -1;
 }
+
+QList<HtmlDocument::PendingBackground> HtmlDocument::stripEditMarks(bool &ok)
+{
+    const QVariant result = call(QStringLiteral("bulk.stripEditMarks"), {}, QStringLiteral("HtmlDocument.stripEditMarks"));
+    ok = result.isValid();
+    QList<PendingBackground> pending;
+    for (const QVariant &v : result.toList()) {
+        const QVariantMap m = v.toMap();
+        pending.append({HtmlElement(m_browser, m.value(QStringLiteral("element")).toInt()),
+                        m.value(QStringLiteral("relativepath")).toString(), m.value(QStringLiteral("uploadpath")).toString(),
+                        m.value(QStringLiteral("background")).toString(), m.value(QStringLiteral("bgbytad")).toString()});
+    }
+    return pending;
+}
+
+long HtmlDocument::stripLockMarks(const QStringList &styleProperties)
+{
+    const QVariant n = call(QStringLiteral("bulk.stripLockMarks"), {styleProperties}, QStringLiteral("HtmlDocument.stripLockMarks"));
+    return n.isValid() ? n.toLongLong() : -1;
+}

@@ -89,6 +89,26 @@ public:
     // the count numbered.
     long keyAndStrip(const QString &tag, const QString &keyName, const QStringList &names);
 
+    // A background picture an element still waits to have uploaded, as its
+    // attributes said before stripEditMarks took them off.
+    struct PendingBackground
+    {
+        HtmlElement element;
+        QString relativepath;
+        QString uploadpath;
+        QString background;
+        QString bgbytad;
+    };
+    // Takes the marks of edit mode off every element in one pass: keldaKey,
+    // the layer marks (written back as the style's visibility) and the
+    // background marks. Gives the elements whose background waits for its
+    // upload; ok is false when the page refused the call.
+    QList<PendingBackground> stripEditMarks(bool &ok);
+    // Takes the editing state and the given style properties off every
+    // element that carries a CMS lock mark, and contentEditable off the
+    // body. The count of marked elements, or -1.
+    long stripLockMarks(const QStringList &styleProperties);
+
 private:
     friend class HtmlSelection;
     friend class HtmlTextRange;

@@ -3,7 +3,6 @@
 #include "config/MGlobalProjectObjects.h"
 #include "document/CSendPath.h"
 #include "platform/HtmlElement.h"
-#include "platform/WebBrowser.h"
 #include "shell/RevisionPaneHost.h"
 #include "support/MError.h"
 #include "support/MResources.h"
@@ -176,10 +175,6 @@ void RevisionPane::cmdRollback_Click()
         return;
     cmdRollback->setEnabled(false);
     emit RevisionReset();
-    // The restored page must come from the server, not from the cache; a
-    // plain reload before it would only be overtaken by this load.
-    if (WebBrowser *browser = m_host->Browser())
-        browser->Navigate2(browser->LocationURL(), WebBrowser::NavNoReadFromCache);
 }
 
 void RevisionPane::HighlightFrame(int nListIndex_p)

@@ -19,7 +19,7 @@ class RevisionPaneHost;
 // date as text, the revision number as item data) and the Reset button.
 // A double click shows a revision; Reset puts the chosen one back on the
 // server and then asks the window, through RevisionReset, to end the edit
-// session without questions, after which the page is loaded fresh.
+// session without questions and to load the page fresh from the server.
 class RevisionPane : public QWidget
 {
     Q_OBJECT
@@ -46,7 +46,8 @@ public:
 
 signals:
     // A revision was put back: the window ends the edit session as after a
-    // save (nothing is asked) and enables Edit again.
+    // save (nothing is asked), enables Edit again and reloads the page past
+    // the cache, so that the restored version shows.
     void RevisionReset();
 
 public slots:

@@ -2,15 +2,12 @@
 
 #include "shell/FrameList.h"
 
-class WebBrowser;
-
 // What the revision pane needs from the window that holds it: the documents
 // of the edit session, in the session's order (the top document first, then
-// the frames), and the browser that shows them.
+// the frames).
 class RevisionPaneHost
 {
 public:
     virtual ~RevisionPaneHost() = default;
     virtual QList<SessionDocument> SessionDocuments() = 0;
-    virtual WebBrowser *Browser() = 0;
 };

@@ -6,14 +6,19 @@
 #include "config/frmMessageBoxYesNoOnce.h"
 #include "platform/CReg.h"
 #include "platform/HttpControl.h"
+#include "document/CDocument.h"
+#include "platform/PageScriptCall.h"
 #include "shell/CSiteOfAddress.h"
 #include "shell/EditKeyGuard.h"
+#include "shell/FrameList.h"
 #include "shell/RevisionPane.h"
+#include "shell/EditSession.h"
 #include "shell/CVersionAnnouncement.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
 #include "support/UserQuestions.h"
+#include "support/MWait.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -44,6 +49,9 @@ const Caption kCaptions[] = {
     {"cmdGo", StringIds::GoButton, 0},
 };
 
+constexpr long kMsgNoNewWindow = 14200;
+constexpr long kCaptionPrefix = 14201;
+
 // The band's width in pixels; the splitter that moves it comes with the
 // band's own layout.
 constexpr int kBandWidth = 180;
@@ -53,9 +61,15 @@ frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
 {
     buildControls();
+    m_session = std::make_unique<EditSession>(*this);
     connectControls();
     hookUpPaneAndKeys();
     Form_Load();
+}
+
+frmVindrell::~frmVindrell()
+{
+    MWait::Wait_End();
 }
 
 QPushButton *frmVindrell::addButton(QWidget *parent, const char *name, bool checkable)
@@ -99,7 +113,7 @@ QWidget *frmVindrell::buildBand()
     for (const char *small : {"cmdHelp", "cmdComment", "cmdSettings"})
         smallRow->addWidget(addButton(band, small));
     column->addLayout(smallRow);
-    cmdSave = addButton(band, "cmdSave");
+    cmdSave = addButton(band, "cmdSave", true);
     column->addWidget(cmdSave);
     for (QPushButton *button : band->findChildren<QPushButton *>())
         button->setEnabled(false);
@@ -140,9 +154,28 @@ void frmVindrell::connectControls()
             &WebBrowser::GoBack);
     connect(findChild<QPushButton *>(QStringLiteral("cmdForward")), &QPushButton::clicked, m_IE,
             &WebBrowser::GoForward);
-    // clicked, not toggled: releasing the button from code must not run the
-    // press again.
-    connect(cmdEdit, &QPushButton::clicked, this, &frmVindrell::cmdEdit_Click);
+    // Every change of Edit's state runs the session's handler, also one
+    // made by the code; the session's click depth sorts them out.
+    connect(cmdEdit, &QPushButton::toggled, this, [this](bool) { m_session->cmdEdit_Click(); });
+    // A click that the button takes as a release is no save: Save's state
+    // is set by the save itself.
+    connect(cmdSave, &QPushButton::clicked, this, [this](bool) {
+        cmdSave->setChecked(false);
+        m_session->cmdSave_MouseUp();
+    });
+    connect(m_IE, &WebBrowser::BeforeNavigate2, this, &frmVindrell::m_IE_BeforeNavigate2);
+    connect(m_IE, &WebBrowser::NewWindow2, this, &frmVindrell::m_IE_NewWindow2);
+    connect(m_IE, &WebBrowser::OnQuit, this, &frmVindrell::m_IE_OnQuit);
+    // A page that ends in an error has no completion of its own to give
+    // Edit back.
+    connect(m_IE, &QWebEngineView::loadFinished, this, [this](bool) { cmdEditEnable(true); });
+    connect(m_IE, &WebBrowser::NavigateComplete2, this, &frmVindrell::m_IE_NavigateComplete2);
+    // The page's event arrives while its channel is still delivering it; the
+    // page can be asked nothing until that is over, so the work waits for
+    // the next turn of the event loop.
+    connect(m_IE, &WebBrowser::DocumentComplete, this, [this](const QList<int> &path, const QString &url, bool isTop) {
+        QTimer::singleShot(0, this, [this, path, url, isTop] { m_IE_DocumentComplete(path, url, isTop); });
+    });
     connect(m_IE, &WebBrowser::urlChanged, this,
             [this](const QUrl &url) { cmbAddress->setEditText(url.toString()); });
     new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
@@ -193,6 +226,7 @@ void frmVindrell::Form_Load()
             m_IE->Navigate2(CVersionAnnouncement::DownloadPage());
     }
     cmdEdit->setEnabled(true);
+    LockAddressRow(false);
     if (lAnswer != UserQuestions::vbYes)
         m_IE->GoHome();
     m_boolLoaded = true;
@@ -263,24 +297,30 @@ void frmVindrell::Form_QueryUnload()
     m_IE->stop();
 }
 
-void frmVindrell::cmdEdit_Click(bool pressed)
+bool frmVindrell::SiteOfPageOrOffer()
 {
-    // Releasing the button belongs to the edit session.
-    if (!pressed)
-        return;
     m_strCurrentURL = m_IE->LocationURL();
     bool found = false;
     CSiteOfAddress::GetCurrentURLIndex(m_strCurrentURL, found);
-    // The press ends with the button up in every case this build knows:
-    // after the choice of site, and on a site's page until the edit session
-    // is built.
-    cmdEdit->setChecked(false);
     if (found)
-        return;
+        return true;
     QString strNavigate;
     CSiteChoice::OfferSites(strNavigate);
     if (!strNavigate.isEmpty())
         navigateTo(strNavigate);
+    return false;
+}
+
+void frmVindrell::cmdEditEnable(bool boolEnabled_p)
+{
+    cmdEdit->setEnabled(boolEnabled_p);
+}
+
+void frmVindrell::LockAddressRow(bool locked)
+{
+    cmbAddress->setEnabled(!locked);
+    for (const char *name : {"cmdBack", "cmdForward", "cmdGo"})
+        findChild<QPushButton *>(QString::fromLatin1(name))->setEnabled(!locked);
 }
 
 void frmVindrell::cmdGo_Click()
@@ -313,13 +353,11 @@ void frmVindrell::hookUpPaneAndKeys()
     auto *pane3 = findChild<QPushButton *>(QStringLiteral("cmdPane3"));
     pane3->setEnabled(true);
     connect(pane3, &QPushButton::clicked, this, &frmVindrell::cmdPane3_Click);
-    // A revision put back ends the edit: Edit comes up and may be pressed
-    // again; the pane then loads the page fresh.
-    connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] {
-        cmdEdit->setChecked(false);
-        cmdEdit->setEnabled(true);
-        m_KeyGuard->setEditing(false);
-    });
+    // A revision put back ends the edit as a stop does: nothing is asked or
+    // saved, and the restored page is loaded fresh.
+    connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] { m_session->EditStop(); });
+    // The keys are guarded for as long as Edit is down.
+    connect(cmdEdit, &QPushButton::toggled, m_KeyGuard, &EditKeyGuard::setEditing);
 }
 
 void frmVindrell::cmdPane3_Click(bool open)
@@ -338,5 +376,199 @@ void frmVindrell::cmdPane3_Click(bool open)
 // The documents of the edit session; none while no page is edited.
 QList<SessionDocument> frmVindrell::SessionDocuments()
 {
-    return {};
+    QList<SessionDocument> documents;
+    for (const auto &doc : m_session->Documents()) {
+        SessionDocument entry;
+        doc->GetDocument(entry.document);
+        doc->GetVisible(entry.visible);
+        doc->GetIsIFrame(entry.isIFrame);
+        doc->GetURL(entry.url);
+        documents.append(entry);
+    }
+    return documents;
+}
+
+// ---------------------------------------------------------------- browser events
+
+// Between sessions every page comes from the server, so that the user sees
+// what is there now. While a session stands nothing leaves the page; during
+// the entry the session's own reloads pass, as the flag is not yet set.
+void frmVindrell::m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool *cancel)
+{
+    if (url.left(6).compare(QStringLiteral("mailto"), Qt::CaseInsensitive) == 0)
+        return;
+    if (cmdEdit->isChecked()) {
+        *cancel = m_session->DocumentLoaded();
+        return;
+    }
+    m_IE->removeFromCache(QUrl(url));
+    MGlobalProjectObjects::g_boolSaveDateValid = false;
+    // Edit waits for the new page to be there; a frame loading inside the
+    // page on screen leaves it as it is.
+    if (isTopFrame) {
+        m_strLastNavigated = url;
+        cmdEditEnable(false);
+    }
+}
+
+// The page's script closed the window: the band goes, then the window.
+void frmVindrell::m_IE_OnQuit()
+{
+    for (const char *name : {"cmdEdit", "cmdUndo", "cmdRedo", "cmdPane1", "cmdPane2", "cmdPane3", "cmdPane4",
+                             "cmdSettings", "cmdHelp", "cmdSave"})
+        findChild<QPushButton *>(QString::fromLatin1(name))->setVisible(false);
+    close();
+}
+
+void frmVindrell::m_IE_NewWindow2(const QString &, bool *cancel)
+{
+    *cancel = true;
+    UserQuestions::MsgBox(MResources::LoadResourceString(kMsgNoNewWindow), UserQuestions::vbInformation);
+}
+
+void frmVindrell::m_IE_NavigateComplete2(const QString &url)
+{
+    m_strCurrentURL = url;
+    if (cmdEdit->isChecked())
+        SetNavigateComplete(url);
+}
+
+void frmVindrell::m_IE_DocumentComplete(const QList<int> &, const QString &url, bool isTop)
+{
+    m_strCurrentURL = url.toLower();
+    cmdEditEnable(true);
+    if (m_IE->Document().isNull())
+        return;
+    // The engine keeps the top document's title: asking the page for it
+    // would wait on a page that may already be leaving.
+    setWindowTitle(MResources::LoadResourceString(kCaptionPrefix) + m_IE->title());
+    if (isTop)
+        m_boolTopComplete = true;
+    if (m_strSystemInfo.isEmpty())
+        BuildSystemInfo();
+}
+
+// What the error reports say about the page engine, read once.
+void frmVindrell::BuildSystemInfo()
+{
+    const QVariant info = PageScriptCall::run(
+        m_IE->page(),
+        QStringLiteral("(function(n){return ['Browser CodeName: '+n.appCodeName,'Major version: '+n.appVersion,"
+                       "'Minor version: '+(n.appMinorVersion||''),'Name: '+n.appName,'Platform: '+n.platform,"
+                       "'SysLang: '+(n.systemLanguage||n.language)].join('\\r\\n');})(navigator)"),
+        QStringLiteral("frmVindrell.DocumentComplete"));
+    if (MError::ErrorNumber() != 0) {
+        MError::ClearError();
+        return;
+    }
+    m_strSystemInfo = info.toString();
+}
+
+// ---------------------------------------------------------------- CDocEventHandler
+
+long frmVindrell::StartTransfer(const QString &)
+{
+    return 1;
+}
+
+long frmVindrell::EndTransfer(const QString &)
+{
+    return 1;
+}
+
+long frmVindrell::SetNavigateComplete(const QString &strURL_p)
+{
+    if (m_astrVisited.size() == 1 && m_astrVisited.first() == QStringLiteral("empty"))
+        m_astrVisited.first() = strURL_p;
+    else
+        m_astrVisited.append(strURL_p);
+    return 1;
+}
+
+long frmVindrell::GetNavigateComplete(const QString &, bool &)
+{
+    return 1;
+}
+
+long frmVindrell::Show(bool)
+{
+    return 1;
+}
+
+long frmVindrell::Click(long index, bool &)
+{
+    m_session->SetDocIndex(index);
+    return 1;
+}
+
+long frmVindrell::DebugMsg(const QString &strMsg_p)
+{
+    m_lstDebug.append(strMsg_p);
+    return 1;
+}
+
+long frmVindrell::GetFrameNames(QStringList &astrNames_p)
+{
+    QList<HtmlDocument> frames;
+    return FrameList::GetFrameNames(SessionDocuments(), frames, astrNames_p);
+}
+
+long frmVindrell::GetNumberOfFrames()
+{
+    long count = 0;
+    for (const auto &doc : m_session->Documents()) {
+        bool visible = false;
+        doc->GetVisible(visible);
+        count += visible ? 1 : 0;
+    }
+    return count == 0 ? -1 : count;
+}
+
+long frmVindrell::GetDocumentTitle(QString &strDocumentTitle_p)
+{
+    strDocumentTitle_p = m_IE->Document().title();
+    return 1;
+}
+
+long frmVindrell::LetDocumentTitle(const QString &strTitle_p)
+{
+    m_IE->Document().setTitle(strTitle_p);
+    if (!m_session->Documents().empty())
+        m_session->Documents().front()->SetDirty();
+    setWindowTitle(MResources::LoadResourceString(kCaptionPrefix) + strTitle_p);
+    return 1;
+}
+
+long frmVindrell::GetDocument(HtmlDocument &HTMLDocument_p)
+{
+    HTMLDocument_p = m_session->FrameDocument();
+    return 1;
+}
+
+long frmVindrell::GetIE(WebBrowser *&IE_p)
+{
+    IE_p = m_IE;
+    return 1;
+}
+
+long frmVindrell::GetDocIndex(long &lIndex_p)
+{
+    lIndex_p = m_session->DocIndex();
+    return 1;
+}
+
+long frmVindrell::GetForm(QWidget *&frmVindrell_p)
+{
+    frmVindrell_p = this;
+    return 1;
+}
+
+long frmVindrell::GetPaneStatus(long &lPaneStatus_p)
+{
+    lPaneStatus_p = 0;
+    if (findChild<QPushButton *>(QStringLiteral("cmdPane1"))->isChecked())
+        lPaneStatus_p = 1;
+    else if (findChild<QPushButton *>(QStringLiteral("cmdPane2"))->isChecked())
+        lPaneStatus_p = 2;
+    return 1;
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "document/CDocEventHandler.h"
 #include "platform/WebBrowser.h"
 #include "shell/RevisionPaneHost.h"
 
 #include <QMainWindow>
+
+#include <memory>
 
 class EditKeyGuard;
 class QComboBox;
@@ -11,6 +14,7 @@ class QHBoxLayout;
 class QPushButton;
 class QVBoxLayout;
 class RevisionPane;
+class EditSession;
 
 // The main window. At the left stands the band: Edit, Undo and Redo, the
 // administrator's button, the four pane buttons, the small Help, Comment and
@@ -23,7 +27,11 @@ class RevisionPane;
 // or on the maker's download page when the user asks for a new version.
 // It is always the stand-alone window: the program is never a bar inside
 // another browser.
-class frmVindrell : public QMainWindow, public RevisionPaneHost
+//
+// The edit session (EditSession) is run from here: Edit enters and leaves
+// it, Save ends it; the documents of the session reach the window through
+// its CDocEventHandler side.
+class frmVindrell : public QMainWindow, public CDocEventHandler, public RevisionPaneHost
 {
     Q_OBJECT
 
@@ -31,6 +39,7 @@ public:
     // Builds the controls and runs Form_Load. A failed load shows the error
     // and closes the window, which ends the program.
     explicit frmVindrell(QWidget *parent = nullptr);
+    ~frmVindrell() override;
 
     WebBrowser *browser() const { return m_IE; }
 
@@ -49,6 +58,39 @@ public:
     // Returns 1, or 0 with the pending error set.
     long checkForNewVersions(long &answer);
 
+    // The controls and states the edit session works with.
+    QPushButton *EditButton() const { return cmdEdit; }
+    QPushButton *SaveButton() const { return cmdSave; }
+    EditSession &Session() const { return *m_session; }
+    void cmdEditEnable(bool boolEnabled_p);
+    // While a page is under edit the address row can't take the browser
+    // elsewhere.
+    void LockAddressRow(bool locked);
+    void SetTopComplete(bool complete) { m_boolTopComplete = complete; }
+    bool TopComplete() const { return m_boolTopComplete; }
+    QString SystemInformation() const { return m_strSystemInfo; }
+    // True when an active site holds the page on screen. Otherwise offers
+    // the sites, goes to the chosen one, and answers false.
+    bool SiteOfPageOrOffer();
+
+    // CDocEventHandler.
+    long StartTransfer(const QString &strTransferID_p) override;
+    long EndTransfer(const QString &strTransferID_p) override;
+    long SetNavigateComplete(const QString &strURL_p) override;
+    long GetNavigateComplete(const QString &strURL_p, bool &boolNavigateComplete_p) override;
+    long Show(bool boolShow_p) override;
+    long Click(long index, bool &boolClick_p) override;
+    long DebugMsg(const QString &strMsg_p) override;
+    long GetFrameNames(QStringList &astrNames_p) override;
+    long GetNumberOfFrames() override;
+    long GetDocumentTitle(QString &strDocumentTitle_p) override;
+    long LetDocumentTitle(const QString &strTitle_p) override;
+    long GetDocument(HtmlDocument &HTMLDocument_p) override;
+    long GetIE(WebBrowser *&IE_p) override;
+    long GetDocIndex(long &lIndex_p) override;
+    long GetForm(QWidget *&frmVindrell_p) override;
+    long GetPaneStatus(long &lPaneStatus_p) override;
+
     // True once the version was asked for in this process: a second window
     // does not ask again.
     static bool g_boolVersionChecked;
@@ -61,7 +103,6 @@ public:
     RevisionPane *revisionPane() const { return m_RevisionPane; }
     EditKeyGuard *keyGuard() const { return m_KeyGuard; }
     QList<SessionDocument> SessionDocuments() override;
-    WebBrowser *Browser() override { return m_IE; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -78,16 +119,29 @@ private:
     void Form_Load();
     void Form_Load_Trap(int step);
     void Form_QueryUnload();
-    void cmdEdit_Click(bool pressed);
     void cmdGo_Click();
     void hookUpPaneAndKeys();
     void cmdPane3_Click(bool open);
+
+    // Events of the browser.
+    void m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool *cancel);
+    void m_IE_NewWindow2(const QString &url, bool *cancel);
+    void m_IE_NavigateComplete2(const QString &url);
+    void m_IE_OnQuit();
+    void m_IE_DocumentComplete(const QList<int> &framePath, const QString &url, bool isTop);
+    void BuildSystemInfo();
 
     WebBrowser *m_IE = nullptr;
     QComboBox *cmbAddress = nullptr;
     QPushButton *cmdEdit = nullptr;
     QPushButton *cmdSave = nullptr;
     QString m_strCurrentURL;
+    QString m_strLastNavigated;
+    QStringList m_astrVisited{QStringLiteral("empty")};
+    QStringList m_lstDebug;
+    QString m_strSystemInfo;
+    bool m_boolTopComplete = false;
+    std::unique_ptr<EditSession> m_session;
     QString m_strVersionReply;
     bool m_boolLoaded = false;
     RevisionPane *m_RevisionPane = nullptr;

@@ -68,10 +68,17 @@
     },
     queryEnabled(path, cmd) { return docAt(path).queryCommandEnabled(cmd); },
     queryState(path, cmd) { return docAt(path).queryCommandState(cmd); },
+    // The editor's own style elements are its look, never part of the file:
+    // each one's text is cut out of the page's text where it stands.
     serialize(path) {
       const d = docAt(path);
       const dt = d.doctype ? new XMLSerializer().serializeToString(d.doctype) + '\r\n' : '';
-      return dt + d.documentElement.outerHTML;
+      let html = d.documentElement.outerHTML;
+      for (const own of d.querySelectorAll('[data-kelda]')) {
+        const text = own.outerHTML, at = html.indexOf(text);
+        if (at >= 0) html = html.slice(0, at) + html.slice(at + text.length);
+      }
+      return dt + html;
     },
     styleSheets(path) {
       return Array.prototype.map.call(docAt(path).styleSheets, function (s) {
@@ -120,6 +127,15 @@
   function writeStyleText(e, map) {
     const text = Object.keys(map).map(k => k + ': ' + map[k]).join('; ');
     if (text) e.setAttribute('style', text); else e.removeAttribute('style');
+  }
+  // After a change through the style object: names the CSS engine doesn't
+  // know (the editor's own marks among them) are put back from the text as
+  // it was, and a style left empty goes altogether.
+  function keepUnknownStyle(e, before) {
+    const map = styleText(e);
+    for (const k of Object.keys(before))
+      if (!(k in map) && !CSS.supports(k, before[k])) map[k] = before[k];
+    writeStyleText(e, map);
   }
   function cssName(name) { return name.replace(/[A-Z]/g, m => '-' + m.toLowerCase()).toLowerCase(); }
 
@@ -211,6 +227,49 @@
         if (e.tagName === upper) e.setAttribute(keyName, String(key++));
       }
       return key;
+    },
+    // The marks of edit mode go before a save: keys and layer marks, the
+    // layer state written back into the style, and the pending backgrounds
+    // of elements handed back (read before their attributes go) so that
+    // the caller can upload them.
+    stripEditMarks(path) {
+      const marks = ['keldaKey', 'vismark', 'no_visibility', 'relativepath', 'uploadpath', 'bgchange', 'bgbytad'];
+      const list = docAt(path).querySelectorAll(marks.map(m => '[' + m + ']').join(',')), pending = [];
+      for (let i = 0; i < list.length; i++) {
+        const e = list[i];
+        const hide = e.getAttribute('vismark') === 'true', show = e.getAttribute('no_visibility') === 'true';
+        if (hide || show) {
+          const before = styleText(e);
+          e.style.visibility = hide ? 'hidden' : '';
+          keepUnknownStyle(e, before);
+        }
+        if (e.getAttribute('bgchange') === 'true')
+          pending.push({ element: K.id(e), relativepath: e.getAttribute('relativepath') || '',
+                         uploadpath: e.getAttribute('uploadpath') || '', background: e.getAttribute('background') || '',
+                         bgbytad: e.getAttribute('bgbytad') || '' });
+        for (const name of marks) e.removeAttribute(name);
+      }
+      return pending;
+    },
+    // The marks of a CMS-locked page: what made its areas editable and the
+    // frames drawn round them. The keldaedit attribute itself stays.
+    stripLockMarks(path, properties) {
+      const d = docAt(path), list = d.querySelectorAll('[keldaedit]');
+      if (d.body) d.body.removeAttribute('contenteditable');
+      let n = 0;
+      for (let i = 0; i < list.length; i++) {
+        const e = list[i], mark = e.getAttribute('keldaedit');
+        if (mark !== '1' && mark !== '0') continue;
+        for (const name of ['contenteditable', 'disabled', 'unselectable']) e.removeAttribute(name);
+        const before = styleText(e);
+        for (const p of properties) e.style.removeProperty(cssName(p));
+        // The frame was set as a whole border, which in this engine also
+        // resets the border image: what is left of that goes too.
+        if (e.style.getPropertyValue('border-image') === 'initial') e.style.removeProperty('border-image');
+        keepUnknownStyle(e, before);
+        n++;
+      }
+      return n;
     },
     removeAttrs(path, names) {
       const list = docAt(path).getElementsByTagName('*');

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/CDocEventHandler.h"
+#include "DemoSite.h"
 #include "TestServers.h"
 #include "config/MGlobalProjectObjects.h"
 #include "platform/PageScriptCall.h"
@@ -38,16 +39,7 @@ private:
 
 inline void useDemoSite()
 {
-    TestServers &servers = TestServers::shared();
-    SiteRecord site;
-    site.userid = QString::fromLatin1(TestServers::User);
-    site.password = QString::fromLatin1(TestServers::Password);
-    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers.ftpPort());
-    site.baseaddress = servers.httpBase();
-    site.ftproot = QStringLiteral("/www");
-    site.isactive = QStringLiteral("1");
-    site.indexfile = QStringLiteral("index.htm");
-    MGlobalProjectObjects::URLDATA = {site};
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(TestServers::shared())};
     MGlobalProjectObjects::lCurrentURL = 0;
 }
 

@@ -3,6 +3,7 @@
 // The site the revision tests work on: the fixture's FTP server through the
 // "demo" account, whose login folder lies above the web root "www".
 
+#include "DemoSite.h"
 #include "TestServers.h"
 #include "config/MGlobalProjectObjects.h"
 #include "history/ProfileFile.h"
@@ -22,15 +23,7 @@ inline TestServers &servers()
 
 inline void useDemoSite()
 {
-    SiteRecord site;
-    site.userid = QString::fromLatin1(TestServers::User);
-    site.password = QString::fromLatin1(TestServers::Password);
-    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers().ftpPort());
-    site.baseaddress = servers().httpBase();
-    site.ftproot = QStringLiteral("/www");
-    site.isactive = QStringLiteral("1");
-    site.indexfile = QStringLiteral("index.htm");
-    MGlobalProjectObjects::URLDATA = {site};
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers())};
     MGlobalProjectObjects::lCurrentURL = 0;
 }
 

@@ -52,7 +52,6 @@ class Session : public RevisionPaneHost
 {
 public:
     QList<SessionDocument> SessionDocuments() override { return documents; }
-    WebBrowser *Browser() override { return &browser; }
     QList<SessionDocument> documents;
     WebBrowser browser;
 };
@@ -77,7 +76,6 @@ protected:
         PageScriptCall::pumpUntil([&] { return session.browser.ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
         ASSERT_TRUE(session.browser.waitUntilComplete());
     }
-    QString bodyText() { return session.browser.Document().body().innerText().trimmed(); }
 
     Session session;
     RevisionPane pane{&session};
@@ -117,9 +115,6 @@ TEST_F(RevisionPaneTest, ListsRevisionsNewestFirstAndResetsTheChosenOneOnYesOnly
     pane.cmdRollback_Click();
     EXPECT_EQ(webFile(QStringLiteral("recover.htm")), page("first"));
     EXPECT_EQ(resets, 1);
-    // The browser loads the restored page from the server.
-    EXPECT_TRUE(PageScriptCall::pumpUntil([&] { return bodyText() == QStringLiteral("first"); }, 15000))
-        << bodyText().toStdString();
 }
 
 // A page never saved lists nothing; a site without any history says so.

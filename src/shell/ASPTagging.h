@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+class CASPFilter;
+
+// The server side of an edit session on script pages. Each script page of
+// the session is replaced on the server, for the moment of one reload, by a
+// marked version whose output carries markers around every script block;
+// after the reload the originals go back. Meanwhile a copy of each original
+// lies beside its page under the name "<name>.keldabak".
+class ASPTagging
+{
+public:
+    ASPTagging();
+    ~ASPTagging();
+
+    // Marks the script page with the document path strURL: reads it, leaves
+    // the copy beside it, sends the marked page. A page found already marked
+    // (a session cut off before it could put the original back) is repaired
+    // first. 1, or 0 with the pending error set.
+    long SetASPTags(const QString &strURL);
+    // Sends every original back and takes the copies away. 1 or 0.
+    long RemoveASPTags();
+
+    // The filters of the marked pages, in the order of marking.
+    const std::vector<std::shared_ptr<CASPFilter>> &Filters() const { return m_ASPFilters; }
+    // The untouched sources, parallel to the documents; "dummy" stands for a
+    // document that is not a script page.
+    QStringList &OriginalASP() { return m_astrOriginalASP; }
+    void ResetOriginals() { m_astrOriginalASP = QStringList{QString()}; }
+    void AddOriginal(const QString &strASP);
+    // Forgets the filters; the documents keep those they were given.
+    void ReleaseFilters() { m_ASPFilters.clear(); }
+
+    // The page's path on the FTP server, below the login folder.
+    static QString FullServerPath(const QString &strURL);
+    // "/a/page.asp" gives "page.keldabak": the name up to its last "." and
+    // "keldabak".
+    static QString BackupName(const QString &strURL);
+
+private:
+    long LeaveCopyBeside(const QString &strURL, const QByteArray &source);
+
+    std::vector<std::shared_ptr<CASPFilter>> m_ASPFilters;
+    QStringList m_astrOriginalASP{QString()};
+};

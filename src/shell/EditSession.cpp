@@ -1,0 +1,749 @@
+#include "shell/EditSession.h"
+
+#include "aspfilter/CASPFilter.h"
+#include "cms/CCMS.h"
+#include "cms/CMSTables.h"
+#include "config/MGlobalProjectObjects.h"
+#include "document/CDocument.h"
+#include "objects/frmDocumentInnerHTML.h"
+#include "platform/PageEvent.h"
+#include "platform/PageScriptCall.h"
+#include "platform/WebBrowser.h"
+#include "shell/frmVindrell.h"
+#include "shell/HttpDate.h"
+#include "support/MError.h"
+#include "support/MResources.h"
+#include "support/MWait.h"
+#include "support/UserQuestions.h"
+#include "transfer/CFTPS.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QPushButton>
+
+namespace {
+constexpr long kEnteringEditMode = 14000;
+constexpr long kNoCMSFile = 14001;
+constexpr long kNotACMSUser = 14002;
+constexpr long kExtensionNotSupported = 14003;
+constexpr long kComplexASP = 14004;
+constexpr long kEditManually = 14005;
+constexpr long kEditingAborted = 14007;
+constexpr long kSaveChanges = 14008;
+constexpr long kCMSNotSaved = 14009;
+constexpr long kTransferError = 14010;
+constexpr long kSaving = 23001;
+const QString kNoCancel = QStringLiteral("disable cancel button");
+// The short waits that let the page engine settle before the frames are read.
+constexpr int kSettleMs = 80;
+
+QString L(long id)
+{
+    return MResources::LoadResourceString(id);
+}
+
+void Settle(int ms)
+{
+    PageScriptCall::pumpUntil([] { return false; }, ms);
+}
+} // namespace
+
+EditSession::EditSession(frmVindrell &form)
+    : m_form(form)
+    , m_IE(form.browser())
+{
+    QObject::connect(m_IE, &WebBrowser::pageEvent, &form, [this](const PageEvent &event) { OnPageEvent(event); });
+}
+
+// While a session stands the page's events keep the documents' state: a
+// press makes its document the current one, and a key, a paste or a drop
+// counts as a change (also a key that changes nothing, as the user expects
+// to be asked about anything typed).
+void EditSession::OnPageEvent(const PageEvent &event)
+{
+    if (!m_boolDocumentLoaded)
+        return;
+    for (size_t n = 0; n < m_Documents.size(); ++n) {
+        HtmlDocument html;
+        m_Documents[n]->GetDocument(html);
+        if (html.framePath() != event.frame)
+            continue;
+        if (event.type == QStringLiteral("mousedown"))
+            m_lDocIndex = long(n);
+        else if (event.type == QStringLiteral("keyup") || event.type == QStringLiteral("paste")
+                 || event.type == QStringLiteral("drop"))
+            m_Documents[n]->SetDirty();
+        return;
+    }
+}
+
+EditSession::~EditSession() = default;
+
+// A failed logon is not reported here: the step that needs the server
+// reports it in its own words.
+void EditSession::HoldConnection()
+{
+    if (!m_FTP)
+        m_FTP = std::make_unique<CFTPS>();
+    const bool wasClear = MError::ErrorNumber() == 0;
+    if (!m_FTP->Connected() && m_FTP->Logon() != 1 && wasClear)
+        MError::ClearError();
+}
+
+// Between sessions no connection is kept open. Never called while one of
+// the client's own operations runs: a release during the entry leaves the
+// client to the entry.
+void EditSession::DropConnection()
+{
+    m_FTP.reset();
+}
+
+void EditSession::Hourglass(bool on)
+{
+    if (on && !QApplication::overrideCursor())
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    while (!on && QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+}
+
+// The code changes the button by itself: the click this causes falls
+// through and only resets the depth. A button already in that state fires
+// nothing, so the depth is raised only for a real change.
+void EditSession::SetEditValue(bool pressed)
+{
+    if (m_form.EditButton()->isChecked() == pressed)
+        return;
+    ++nClickDepth;
+    m_form.EditButton()->setChecked(pressed);
+}
+
+void EditSession::cmdEdit_Click()
+{
+    if (nClickDepth >= 2) {
+        nClickDepth = 0;
+        return;
+    }
+    ++nClickDepth;
+    if (m_form.EditButton()->isChecked())
+        Press();
+    else
+        Release();
+}
+
+// ---------------------------------------------------------------- entry
+
+void EditSession::Press()
+{
+    MWait::g_boolWaitCancelled = false;
+    if (!m_form.SiteOfPageOrOffer()) {
+        SetEditValue(false);
+        nClickDepth = 0;
+        return;
+    }
+    m_boolASPTagged = false;
+    m_lDocIndex = 0;
+    if (m_boolSkipEditClick) {
+        // The user kept on editing after the save question: this press is
+        // the button going down again, not a new session.
+        m_boolSkipEditClick = false;
+        nClickDepth = 0;
+        return;
+    }
+    Hourglass(true);
+    boolEditAborted = false;
+    m_boolSavedInSession = false;
+    MWait::Wait_Start(L(kEnteringEditMode), &m_form, [this] { m_form.EditButton()->setChecked(false); }, QString());
+    m_form.cmdEditEnable(false);
+    int step = 7;
+    m_boolEntering = true;
+    const long entered = Enter(step);
+    m_boolEntering = false;
+    if (entered == 0)
+        return Trap(QStringLiteral("cmdEdit_Click"), step);
+    if (entered == 1)
+        CommonTail();
+}
+
+// 1 the session stands, -1 the entry ended on its own terms, 0 error.
+long EditSession::Enter(int &step)
+{
+    if (!IsRealDocument()) {
+        Hourglass(false);
+        MWait::Wait_End();
+        m_form.cmdEditEnable(true);
+        SetEditValue(false);
+        ReleaseDocuments();
+        nClickDepth = 0;
+        return -1;
+    }
+    step = 8;
+    // Inside the entry: a Cancel during the logon leaves the client alone.
+    HoldConnection();
+    LoadCMSData();
+    if (StopIfAborted())
+        return -1;
+    step = 10;
+    const long dance = DoTheServerSideDance();
+    if (dance == 0)
+        return 0;
+    m_boolASPTagged = dance == 1;
+    if (StopIfAborted())
+        return -1;
+    step = 12;
+    m_IE->waitUntilComplete();
+    if (StopIfAborted())
+        return -1;
+    return EnterDocuments(step);
+}
+
+long EditSession::EnterDocuments(int &step)
+{
+    step = 13;
+    const long loaded = DocLoad(true);
+    if (loaded == 0)
+        return 0;
+    if (loaded == -1) {
+        RefuseExtension();
+        return -1;
+    }
+    m_boolDocumentLoaded = true;
+    if (StopIfAborted())
+        return -1;
+    step = 16;
+    long nComplexDoc = -1;
+    if (TieFilters(nComplexDoc) == 0)
+        return 0;
+    if (nComplexDoc >= 0) {
+        ComplexASP(nComplexDoc);
+        return -1;
+    }
+    step = 18;
+    if (RemoveASPTags() == 0)
+        return 0;
+    if (StopIfAborted())
+        return -1;
+    LockBrowser(true);
+    m_form.SaveButton()->setEnabled(true);
+    return 1;
+}
+
+// A page engine that shows an error page or nothing has no document of a
+// site to edit.
+bool EditSession::IsRealDocument() const
+{
+    const QUrl url(m_IE->LocationURL());
+    const QString scheme = url.scheme().toLower();
+    return !m_IE->Document().isNull() && (scheme == QStringLiteral("http") || scheme == QStringLiteral("https"));
+}
+
+// The session goes on whatever the CMS data gave; it only decides what
+// this user may do.
+void EditSession::LoadCMSData()
+{
+    ResetCMSTables();
+    const long result = CCMS().GetCMSData();
+    const bool missing = result == -1 || result == -2;
+    m_boolCMSLoaded = result == 1;
+    if (missing)
+        UserQuestions::MsgBox(L(kNoCMSFile), UserQuestions::vbInformation);
+    else if (result == 0)
+        MError::LogError();
+    const auto &users = g_aCMSUsers;
+    for (size_t i = 0; i + 1 < users.size(); ++i) {
+        if (users[i].strName == MGlobalProjectObjects::CMSUserName
+            && users[i].strPassword == MGlobalProjectObjects::CMSUserPassword) {
+            g_sngCMSUser = float(i);
+            g_boolCMSAdmin = users[i].limits.lIsAdmin == 1;
+            return;
+        }
+    }
+    if (!missing)
+        UserQuestions::MsgBox(L(kNotACMSUser), UserQuestions::vbInformation);
+}
+
+// The Cancel of the wait dialog has already given the window back. What is
+// left to the entry: the live site must not keep a marked page, so the
+// originals go back, and the documents leave design mode.
+bool EditSession::StopIfAborted()
+{
+    if (!boolEditAborted)
+        return false;
+    if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
+        MError::LogError();
+    EndQuietly();
+    nClickDepth = 0;
+    return true;
+}
+
+long EditSession::TieFilters(long &nComplexDoc)
+{
+    for (const auto &filter : m_ASP.Filters()) {
+        QString strFilterURL;
+        filter->GetURL(strFilterURL);
+        for (size_t n = 0; n < m_Documents.size(); ++n) {
+            QString strURL;
+            m_Documents[n]->GetURL(strURL);
+            if (ASPTagging::FullServerPath(strURL) != ASPTagging::FullServerPath(strFilterURL))
+                continue;
+            const long editable = m_Documents[n]->IsEditable(*filter);
+            if (editable != 1) {
+                nComplexDoc = long(n);
+                return 1;
+            }
+            if (m_Documents[n]->SetASPFilter(filter.get()) != 1)
+                return 0;
+            m_HeldFilters.push_back(filter);
+            break;
+        }
+    }
+    return 1;
+}
+
+// The page's script can't be mapped back from its output. Every marked
+// page goes back to the server before the user is asked anything.
+void EditSession::ComplexASP(long nDoc)
+{
+    if (RemoveASPTags() != 1)
+        MError::ShowError();
+    MWait::Wait_End();
+    const long answer = UserQuestions::MsgBox(L(kComplexASP) + QStringLiteral("\r\n\r\n") + L(kEditManually),
+                                              UserQuestions::vbYesNo | UserQuestions::vbQuestion
+                                                  | UserQuestions::vbDefaultButton2);
+    Hourglass(false);
+    if (answer == UserQuestions::vbYes && EditAspDocument(nDoc) == 0)
+        MError::ShowError();
+    EndQuietly();
+    m_form.cmdEditEnable(true);
+    nClickDepth = 0;
+}
+
+void EditSession::RefuseExtension()
+{
+    if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
+        MError::LogError();
+    MWait::Wait_End();
+    UserQuestions::MsgBox(L(kExtensionNotSupported), UserQuestions::vbInformation);
+    Hourglass(false);
+    EndQuietly();
+    m_form.cmdEditEnable(true);
+    nClickDepth = 0;
+}
+
+// Ends an entry that did not become a session: the documents leave design
+// mode, the button comes up without running the release, and a page that
+// was reloaded with markers is shown fresh from the server.
+void EditSession::EndQuietly()
+{
+    for (const auto &doc : m_Documents)
+        doc->EditOn(false);
+    ReleaseDocuments();
+    m_boolSaving = false;
+    m_boolDocumentLoaded = false;
+    SetEditValue(false);
+    if (m_boolASPTagged) {
+        // The reload of the marked page may still be under way; the fresh
+        // load must not be lost to it.
+        m_IE->waitUntilComplete();
+        m_IE->Navigate2(m_IE->LocationURL(), WebBrowser::NavNoReadFromCache);
+    }
+    m_boolASPTagged = false;
+    DropConnection();
+}
+
+long EditSession::RemoveASPTags()
+{
+    const long status = m_ASP.RemoveASPTags();
+    m_ASP.ReleaseFilters();
+    return status;
+}
+
+// ---------------------------------------------------------------- documents
+
+long EditSession::DoTheServerSideDance()
+{
+    const long loaded = DocLoad(false);
+    if (loaded != 1)
+        return loaded;
+    m_ASP.ResetOriginals();
+    bool someASP = false;
+    for (const auto &doc : m_Documents) {
+        QString strURL;
+        doc->GetURL(strURL);
+        const QString ext = strURL.right(3).toLower();
+        if (ext == QStringLiteral("asp")) {
+            if (SetASPTags(strURL) != 1)
+                return 0;
+            someASP = true;
+        } else {
+            if (ext == QStringLiteral("php"))
+                doc->boolNoEdit = true;
+            m_ASP.AddOriginal(QStringLiteral("dummy"));
+        }
+    }
+    if (someASP)
+        ReloadMarkedPages();
+    ReleaseDocuments();
+    return someASP ? 1 : -1;
+}
+
+// The whole page is reloaded, which reloads every frame with it, each
+// request past the cache so that the marked pages come from the server.
+void EditSession::ReloadMarkedPages()
+{
+    DeleteCachedDocs();
+    m_IE->Refresh();
+    PageScriptCall::pumpUntil([this] { return m_IE->ReadyState() != WebBrowser::ReadyStateComplete; }, 2000);
+}
+
+long EditSession::DocLoad(bool boolEdit)
+{
+    m_HTMLDocument = m_HTMLFrameDocument = m_IE->Document();
+    CDocument::g_astrDocURLs.clear();
+    m_Documents.assign(1, std::make_shared<CDocument>());
+    Settle(kSettleMs);
+    const int nFrames = m_HTMLDocument.frameCount();
+    m_lDocIndex = 0;
+    const auto top = m_Documents[0];
+    const long bound = BindDocument(0, boolEdit && nFrames == 0);
+    if (bound != 1)
+        return bound;
+    if (boolEdit && nFrames > 0 && !top->boolNoEdit && top->EditOn(true) != 1)
+        return 0;
+    if (nFrames == 0)
+        return 1;
+    const long sub = SubDocLoad(m_HTMLDocument, nFrames, boolEdit);
+    if (sub == -1) {
+        for (const auto &doc : m_Documents)
+            doc->EditOn(false);
+    }
+    return sub;
+}
+
+// Inits document index; for a page without frames (boolEdit) switches it
+// on, or shows it hatched when it is of a type that is only shown.
+long EditSession::BindDocument(long index, bool boolEdit)
+{
+    const auto doc = m_Documents[size_t(index)];
+    const long init = doc->Init(&m_form);
+    if (init != 1)
+        return init;
+    const QStringList &originals = m_ASP.OriginalASP();
+    if (m_boolASPTagged && index < originals.size())
+        doc->SetOriginalASPDoc(originals[index]);
+    if (!boolEdit)
+        return 1;
+    if (doc->boolNoEdit)
+        return doc->setDocumentWindowHatched();
+    return doc->EditOn(true);
+}
+
+long EditSession::SubDocLoad(const HtmlDocument &parent, int nFrames, bool boolEdit)
+{
+    for (int i = 0; i < nFrames; ++i) {
+        Settle(kSettleMs);
+        if (parent.frameCount() < 1)
+            break;
+        const HtmlDocument frame = parent.frame(i);
+        const long real = TryIfDocIsReal(frame);
+        if (real == -1)
+            break;
+        if (real == 0)
+            return 0;
+        const int nSubFrames = frame.frameCount();
+        m_Documents.push_back(std::make_shared<CDocument>());
+        m_HTMLFrameDocument = frame;
+        m_lDocIndex = long(m_Documents.size()) - 1;
+        const long bound = BindDocument(m_lDocIndex, boolEdit && nSubFrames == 0);
+        if (bound != 1)
+            return bound;
+        if (nSubFrames > 0) {
+            const long sub = SubDocLoad(frame, nSubFrames, boolEdit);
+            if (sub != 1)
+                return sub;
+        }
+    }
+    return 1;
+}
+
+// A frame of another origin refuses to be read: it is logged and the
+// frames after it are left alone.
+long EditSession::TryIfDocIsReal(const HtmlDocument &frame)
+{
+    const bool wasClear = MError::ErrorNumber() == 0;
+    frame.URL();
+    if (MError::ErrorNumber() == 0)
+        return 1;
+    if (wasClear && MError::ErrorDescription() == QStringLiteral("Permission denied")) {
+        MError::LogError();
+        return -1;
+    }
+    return 0;
+}
+
+void EditSession::ReleaseDocuments()
+{
+    while (!m_Documents.empty())
+        m_Documents.pop_back();
+    m_HeldFilters.clear();
+    m_HTMLDocument = m_HTMLFrameDocument = HtmlDocument();
+}
+
+long EditSession::DeleteCachedDocs()
+{
+    if (m_Documents.size() <= 1) {
+        m_IE->removeFromCache(QUrl(m_IE->LocationURL()));
+        return 1;
+    }
+    for (const auto &doc : m_Documents) {
+        HtmlDocument html;
+        doc->GetDocument(html);
+        const QString url = html.URL();
+        if (!url.isEmpty())
+            m_IE->removeFromCache(QUrl(url));
+    }
+    MError::ClearError(); // a frame of another origin has no address to give
+    return 1;
+}
+
+// The page's source as the server holds it, edited by hand: the text goes
+// back as the user left it, unless he cancelled.
+long EditSession::EditAspDocument(long nDoc)
+{
+    if (nDoc < 0 || nDoc >= long(m_Documents.size()))
+        return 1;
+    const auto doc = m_Documents[size_t(nDoc)];
+    frmDocumentInnerHTML form(&m_form);
+    QString source;
+    if (doc->GetDocumentFromServer(source) != 1)
+        return 0;
+    QString strURL;
+    doc->GetURL(strURL);
+    form.Init(source, true, strURL);
+    form.Show();
+    if (!form.Cancelled() && doc->SendDocumentToServer(form.Text()) != 1)
+        return 0;
+    return 1;
+}
+
+// ---------------------------------------------------------------- release
+
+// The entry below still holds the documents it is working on: the window is
+// given back to the user now, and the entry takes its documents down at its
+// next check of boolEditAborted.
+void EditSession::ReleaseDuringEntry()
+{
+    boolEditAborted = true;
+    LockBrowser(false);
+    m_form.SaveButton()->setEnabled(false);
+    CommonTail();
+}
+
+void EditSession::Release()
+{
+    Hourglass(true);
+    m_form.cmdEditEnable(false);
+    if (MWait::g_boolWaitCancelled) {
+        UserQuestions::MsgBox(L(kEditingAborted), UserQuestions::vbInformation);
+        boolEditAborted = true;
+    }
+    if (m_boolEntering)
+        return ReleaseDuringEntry();
+    bool boolKeepEditing = false;
+    const bool dirty = AskToSave(boolKeepEditing) == 1;
+    if (boolKeepEditing)
+        return;
+    LeaveDocuments(dirty || m_boolSavedInSession);
+    DropConnection();
+    LockBrowser(false);
+    m_form.SaveButton()->setEnabled(false);
+    MWait::Wait_End();
+    CommonTail();
+}
+
+// 1 when some document is dirty. A Cancel, or a save that failed, keeps
+// the session: the button goes down again and the next click it causes is
+// skipped.
+long EditSession::AskToSave(bool &boolKeepEditing)
+{
+    bool dirty = false;
+    bool aspEdited = false;
+    for (const auto &doc : m_Documents) {
+        bool flag = false;
+        if (!dirty && doc->GetDirty(flag) == 1)
+            dirty = flag;
+        if (!aspEdited && doc->GetASPEdited(flag) == 1)
+            aspEdited = flag;
+    }
+    if (!dirty || m_boolSaving || aspEdited)
+        return dirty ? 1 : 0;
+    const long answer = UserQuestions::MsgBox(L(kSaveChanges), UserQuestions::vbYesNoCancel | UserQuestions::vbQuestion);
+    if (answer == UserQuestions::vbYes) {
+        cmdSave_MouseUp();
+        boolKeepEditing = !m_boolSavedInSession;
+    }
+    if (answer == UserQuestions::vbCancel)
+        boolKeepEditing = true;
+    if (boolKeepEditing) {
+        m_boolSkipEditClick = true;
+        nClickDepth = std::max(0, nClickDepth - 1);
+        m_form.EditButton()->setChecked(true);
+        m_form.cmdEditEnable(true);
+        Hourglass(false);
+    }
+    return 1;
+}
+
+// Every error on the way out is passed over: the session must end.
+void EditSession::LeaveDocuments(bool boolReload)
+{
+    for (const auto &doc : m_Documents)
+        doc->EditOn(false);
+    if (m_Documents.size() >= 2) {
+        if (boolReload)
+            DeleteCachedDocs();
+        for (size_t n = m_Documents.size() - 1; n >= 1; --n) {
+            HtmlDocument html;
+            m_Documents[n]->GetDocument(html);
+            html.execCommand(QStringLiteral("Refresh"));
+        }
+    }
+    const size_t count = m_Documents.size();
+    ReleaseDocuments();
+    m_boolDocumentLoaded = false;
+    m_form.SetTopComplete(false);
+    if (count == 1 && boolReload)
+        m_IE->Navigate2(m_IE->LocationURL(), WebBrowser::NavNoReadFromCache);
+    else if (count == 1)
+        m_IE->Refresh();
+    MError::ClearError();
+}
+
+void EditSession::LockBrowser(bool locked)
+{
+    m_form.LockAddressRow(locked);
+}
+
+void EditSession::CommonTail()
+{
+    Hourglass(false);
+    MWait::Wait_End();
+    m_form.cmdEditEnable(true);
+    m_boolSaving = false;
+    nClickDepth = 0;
+}
+
+// The trap of a press: the session ends where it stands. A marked page
+// still on the server goes back first. An error that a Cancel caused is
+// not shown: the user has been told that the editing was aborted.
+void EditSession::Trap(const QString &procedure, int step)
+{
+    MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
+                            QStringLiteral("frmVindrell.") + procedure + QStringLiteral(" {line: %1 URL: %2}")
+                                .arg(step)
+                                .arg(m_IE->LocationURL()));
+    const long number = MError::ErrorNumber();
+    const QString description = MError::ErrorDescription();
+    const QString source = MError::ErrorSource();
+    MError::ClearError();
+    if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
+        MError::LogError();
+    MWait::Wait_End();
+    Hourglass(false);
+    EndQuietly();
+    LockBrowser(false);
+    m_form.cmdEditEnable(true);
+    nClickDepth = 0;
+    if (MWait::g_boolWaitCancelled)
+        return;
+    MError::SetError(number, description, source);
+    MError::ShowError();
+}
+
+// ---------------------------------------------------------------- save
+
+void EditSession::cmdSave_MouseUp()
+{
+    MWait::Wait_Start(L(kSaving), &m_form, {}, kNoCancel);
+    Hourglass(true);
+    m_boolSaving = true;
+    m_form.cmdEditEnable(false);
+    m_form.SaveButton()->setChecked(true);
+    m_form.SaveButton()->setEnabled(false);
+    HoldConnection();
+    DeleteCachedDocs();
+    MGlobalProjectObjects::g_strSaveDate = HttpDate::Format(QDateTime::currentDateTimeUtc());
+    MGlobalProjectObjects::g_boolSaveDateValid = true;
+    int step = 4;
+    if (SaveDocuments(-1, step) == 0) {
+        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
+                                QStringLiteral("frmVindrell.cmdSave_MouseUp {line: %1 URL: %2}")
+                                    .arg(step)
+                                    .arg(m_IE->LocationURL()));
+        MWait::Wait_End();
+        Hourglass(false);
+        m_boolSaving = false;
+        m_form.SaveButton()->setChecked(false);
+        m_form.SaveButton()->setEnabled(true);
+        m_form.cmdEditEnable(true);
+        MError::ShowError();
+        return;
+    }
+    m_boolSavedInSession = true;
+    // The release asks nothing while m_boolSaving holds.
+    m_form.EditButton()->setChecked(false);
+    m_form.SaveButton()->setChecked(false);
+    m_form.cmdEditEnable(true);
+    Hourglass(false);
+    MWait::Wait_End();
+    m_boolSaving = false;
+}
+
+// Saves every document that is edited, first to last, but lSkipDoc; the
+// first failure stops the rest. Then the CMS data, when the session loaded
+// some: a site without CMS data gets no file it never asked for.
+long EditSession::SaveDocuments(long lSkipDoc, int &step)
+{
+    const auto documents = m_Documents;
+    for (size_t n = 0; n < documents.size(); ++n) {
+        if (long(n) == lSkipDoc || documents[n]->boolNoEdit)
+            continue;
+        if (documents[n]->Save() == 0)
+            return 0;
+    }
+    step = 5;
+    if (!m_boolCMSLoaded)
+        return 1;
+    const long cms = CCMS().SetCMSData();
+    if (cms == -1)
+        UserQuestions::MsgBox(L(kCMSNotSaved), UserQuestions::vbExclamation, L(kTransferError));
+    else if (cms == 0)
+        MError::ShowError();
+    return 1;
+}
+
+long EditSession::EditASPStop(long lEditedDoc_p)
+{
+    DeleteCachedDocs();
+    int step = 1;
+    m_boolSaving = true;
+    if (SaveDocuments(lEditedDoc_p, step) == 0)
+        MError::ShowError();
+    m_form.EditButton()->setChecked(false);
+    m_form.SaveButton()->setChecked(false);
+    m_form.cmdEditEnable(true);
+    Hourglass(false);
+    return 1;
+}
+
+long EditSession::EditStop()
+{
+    DeleteCachedDocs();
+    m_boolSaving = true;
+    m_form.EditButton()->setChecked(false);
+    m_form.SaveButton()->setChecked(false);
+    m_form.cmdEditEnable(true);
+    Hourglass(false);
+    m_IE->Navigate2(m_IE->LocationURL(), WebBrowser::NavNoReadFromCache);
+    CDocument::g_astrDocURLs.clear();
+    return 1;
+}

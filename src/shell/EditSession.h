@@ -1,0 +1,115 @@
+#pragma once
+
+#include "platform/HtmlDocument.h"
+#include "shell/ASPTagging.h"
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+struct PageEvent;
+class CASPFilter;
+class CDocument;
+class CFTPS;
+class WebBrowser;
+class frmVindrell;
+
+// One edit session on the main window, from the press of Edit to the end
+// of the session by Save or by the release of Edit. The page with all its
+// frames is made editable in place; a script page is first marked on the
+// server for the moment of one reload, so that its output can be mapped
+// back to the source at Save, and then put back as it was.
+//
+// The handlers run inside nested event loops (transfers, page calls, the
+// wait dialog), so a click can arrive while another one is still running.
+// nClickDepth lets a change of the Edit button made by the code itself fall
+// through, and boolEditAborted tells a running entry that the wait dialog's
+// Cancel has already ended the session under it.
+class EditSession
+{
+public:
+    explicit EditSession(frmVindrell &form);
+    ~EditSession();
+    EditSession(const EditSession &) = delete;
+    EditSession &operator=(const EditSession &) = delete;
+
+    // The Edit button changed its state: both directions of the session.
+    void cmdEdit_Click();
+    void cmdSave_MouseUp();
+
+    // 1 some page was a script page and was marked, -1 none was, 0 error.
+    long DoTheServerSideDance();
+    long SetASPTags(const QString &strURL) { return m_ASP.SetASPTags(strURL); }
+    long RemoveASPTags();
+    // 1, 0 on error, -1 when a document has a type that is not edited.
+    long DocLoad(bool boolEdit);
+    long DeleteCachedDocs();
+    long EditAspDocument(long nDoc);
+    // For the page objects: end the session without saving, or save every
+    // document but the one whose source was edited by hand.
+    long EditStop();
+    long EditASPStop(long lEditedDoc_p);
+
+    // What the documents ask the main window for.
+    HtmlDocument FrameDocument() const { return m_HTMLFrameDocument; }
+    long DocIndex() const { return m_lDocIndex; }
+    void SetDocIndex(long index) { m_lDocIndex = index; }
+    const std::vector<std::shared_ptr<CDocument>> &Documents() const { return m_Documents; }
+    bool DocumentLoaded() const { return m_boolDocumentLoaded; }
+    bool Saving() const { return m_boolSaving; }
+    bool Aborted() const { return boolEditAborted; }
+
+private:
+    void OnPageEvent(const PageEvent &event);
+    void Press();
+    long Enter(int &step);
+    long EnterDocuments(int &step);
+    void Release();
+    void ReleaseDuringEntry();
+    long AskToSave(bool &boolKeepEditing);
+    void LeaveDocuments(bool boolReload);
+    long SaveDocuments(long lSkipDoc, int &step);
+
+    bool IsRealDocument() const;
+    void LoadCMSData();
+    bool StopIfAborted();
+    long TieFilters(long &nComplexDoc);
+    void ComplexASP(long nDoc);
+    void RefuseExtension();
+    long SubDocLoad(const HtmlDocument &parent, int nFrames, bool boolEdit);
+    long BindDocument(long index, bool boolEdit);
+    long TryIfDocIsReal(const HtmlDocument &frame);
+    void ReloadMarkedPages();
+    void EndQuietly();
+    void ReleaseDocuments();
+    void LockBrowser(bool locked);
+    void CommonTail();
+    void SetEditValue(bool pressed);
+    void Trap(const QString &procedure, int step);
+    static void Hourglass(bool on);
+    void HoldConnection();
+    void DropConnection();
+
+    frmVindrell &m_form;
+    WebBrowser *m_IE;
+    std::vector<std::shared_ptr<CDocument>> m_Documents;
+    // The filters the documents were given; they live as long as those.
+    std::vector<std::shared_ptr<CASPFilter>> m_HeldFilters;
+    ASPTagging m_ASP;
+    // The session's own FTP client: while it lives, every client the
+    // session's steps make for a moment rides on its logged-in connection.
+    std::unique_ptr<CFTPS> m_FTP;
+    HtmlDocument m_HTMLDocument;
+    HtmlDocument m_HTMLFrameDocument;
+    long m_lDocIndex = 0;
+    bool m_boolASPTagged = false;
+    bool m_boolDocumentLoaded = false;
+    bool m_boolSaving = false;
+    bool m_boolSkipEditClick = false;
+    bool m_boolSavedInSession = false;
+    bool m_boolCMSLoaded = false;
+    bool m_boolEntering = false;
+    int nClickDepth = 0;
+    bool boolEditAborted = false;
+};
