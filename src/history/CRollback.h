@@ -21,7 +21,7 @@ struct SiteRecord;
 // ViewBackup on the same instance.
 //
 // Statuses: 1 success, 0 failure with the pending error set; BackupPage
-// also gives -1 when the save must go on without sending (see there).
+// also gives -1 when no revision could be kept (see there).
 class CRollback
 {
 public:

@@ -189,6 +189,9 @@ long EditSession::Enter(int &step)
     m_boolASPTagged = dance == 1;
     if (StopIfAborted())
         return -1;
+    step = 11;
+    if (!m_CustomDoc.IsBound())
+        m_CustomDoc.Init(m_IE);
     step = 12;
     m_IE->waitUntilComplete();
     if (StopIfAborted())
@@ -743,6 +746,7 @@ long EditSession::EditStop()
     m_form.SaveButton()->setChecked(false);
     m_form.cmdEditEnable(true);
     Hourglass(false);
+    m_CustomDoc.Init(nullptr);
     m_IE->Navigate2(m_IE->LocationURL(), WebBrowser::NavNoReadFromCache);
     CDocument::g_astrDocURLs.clear();
     return 1;

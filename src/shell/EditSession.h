@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/CICustomDoc.h"
 #include "platform/HtmlDocument.h"
 #include "shell/ASPTagging.h"
 
@@ -93,6 +94,9 @@ private:
 
     frmVindrell &m_form;
     WebBrowser *m_IE;
+    // The window's command channel to the engine: bound at the first Edit,
+    // let go by EditStop.
+    CICustomDoc m_CustomDoc;
     std::vector<std::shared_ptr<CDocument>> m_Documents;
     // The filters the documents were given; they live as long as those.
     std::vector<std::shared_ptr<CASPFilter>> m_HeldFilters;
