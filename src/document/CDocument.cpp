@@ -177,6 +177,7 @@ long CDocument::Init(CDocEventHandler *CDocEventHandler_p)
         return -1;
     if (m_lDocIndex == 0)
         m_strTopHTML = m_Document.documentElement().outerHTML();
+    m_lElementsAtInit = m_Document.allLength();
     ReadFrames();
     return 1;
 }
@@ -346,7 +347,11 @@ long CDocument::EditOnPage()
 {
     m_boolEditedAsHTML = m_boolASPEdited = m_boolStreamChanged = false;
     m_Objects.clear();
-    const int before = m_Document.allLength();
+    // Content a script adds after the page has loaded is counted from the
+    // moment the document was bound: the few milliseconds between two reads
+    // here are too short to see a script at work.
+    const int now = m_Document.allLength();
+    const int before = m_lElementsAtInit > 0 ? std::min(now, m_lElementsAtInit) : now;
     m_Document.setDesignMode(QStringLiteral("On"));
     PageScriptCall::pumpUntil([this] { return m_Document.allLength() > 0; }, kBodyWaitLimitMs);
     ShowForeignContentOnce(before);

@@ -135,6 +135,7 @@ private:
     bool m_boolStreamChanged = false;
     bool m_boolIsIFrame = false;
     bool m_boolGlyphsOn = false;
+    int m_lElementsAtInit = 0; // the page's element count when it was bound
     QWidget *m_frmVindrell = nullptr;
     HtmlDocument m_Document;
     HtmlElement m_HTMLBody;

@@ -100,6 +100,28 @@ TEST_F(EditMode, OnRegistersEveryImageAndOffLeavesNoMarks)
     EXPECT_EQ(doc->EditOn(false), 1);
 }
 
+// A script that keeps adding to the page (an advertisement, a counter) is
+// content the editor can't keep: the user hears of it once as editing
+// starts.
+TEST_F(EditMode, PageThatGrowsByScriptGetsTheForeignContentMessageOnce)
+{
+    window = Window(browser);
+    auto doc = open(QStringLiteral("edit/growing.htm"),
+                    "<html><body><p>News</p><script>setInterval(function () {"
+                    " document.body.appendChild(document.createElement('span')); }, 1);</script></body></html>");
+    const int atLoad = browser->Document().allLength();
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return browser->Document().allLength() > atLoad; }, 5000));
+    UserQuestions::Script({});
+    const qsizetype shown = UserQuestions::ShownSoFar().size();
+    ASSERT_EQ(doc->EditOn(true), 1);
+    const QList<UserQuestions::Shown> after = UserQuestions::ShownSoFar();
+    ASSERT_EQ(after.size(), shown + 1);
+    EXPECT_TRUE(after.last().text.contains(QStringLiteral("content from a different domain")))
+        << after.last().text.toStdString();
+    ASSERT_EQ(doc->EditOn(false), 1);
+    UserQuestions::EndScript();
+}
+
 TEST_F(EditMode, CmsAreasGetTheirFrames)
 {
     window = Window(browser);
