@@ -59,7 +59,7 @@ int main(int argc, char **argv)
     window.show();
     if (!settle(window.browser()))
         return 1;
-    std::vector<double> entry, save, logins, sessionLogins;
+    std::vector<double> entry, save, logins, sessionLogins, commands;
     for (int round = 0; round < 5; ++round) {
         QElapsedTimer timer;
         servers.clearFtpLog();
@@ -79,6 +79,7 @@ int main(int argc, char **argv)
         const bool browsing = !window.EditButton()->isChecked() && settle(window.browser());
         save.push_back(timer.nsecsElapsed() / 1e6);
         logins.push_back(servers.ftpLogins());
+        commands.push_back(servers.ftpLog().size());
         sessionLogins.push_back(entryLogins + servers.ftpLogins());
         if (!browsing) {
             std::printf("edit_entry_ms %.1f ms\n", entry.back());
@@ -90,5 +91,6 @@ int main(int argc, char **argv)
     std::printf("save_ms %.1f ms\n", BenchPage::median(save));
     std::printf("logins_per_save %.1f logins\n", BenchPage::median(logins));
     std::printf("logins_per_session %.1f logins\n", BenchPage::median(sessionLogins));
+    std::printf("ftp_commands_per_save %.1f commands\n", BenchPage::median(commands));
     return 0;
 }
