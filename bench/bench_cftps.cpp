@@ -3,6 +3,7 @@
 // operations on one site by several clients, as a user action makes them.
 // Counts come from the fixture server's command log.
 
+#include "DemoSite.h"
 #include "TestEnvironment.h"
 #include "TestServers.h"
 #include "config/MGlobalProjectObjects.h"
@@ -16,17 +17,6 @@
 #include <functional>
 
 namespace {
-
-SiteRecord site(const TestServers &servers)
-{
-    SiteRecord record;
-    record.userid = QString::fromLatin1(TestServers::User);
-    record.password = QString::fromLatin1(TestServers::Password);
-    record.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers.ftpPort());
-    record.baseaddress = servers.httpBase();
-    record.ftproot = QStringLiteral("/www");
-    return record;
-}
 
 // Ten operations of one user action, each by a client of its own, as the
 // parts of a save or of the site tree make them.
@@ -70,7 +60,7 @@ int main(int argc, char **argv)
     QCoreApplication app(argc, argv);
     TestEnvironment::prepare();
     TestServers servers;
-    MGlobalProjectObjects::URLDATA = {site(servers)};
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers)};
     MGlobalProjectObjects::lCurrentURL = 0;
 
     int commands = 0;

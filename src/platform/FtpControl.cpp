@@ -489,9 +489,12 @@ long FtpControl::sendQuoted(const QStringList &commands, Call &call)
 long FtpControl::SetRemotePath(const QString &path)
 {
     Call call;
-    const long result = sendQuoted({QStringLiteral("CWD ") + folderPath(m_path),
-                                    QStringLiteral("CWD ") + path, QStringLiteral("PWD")},
-                                   call);
+    // A relative folder is taken from the folder this control is in, which
+    // a transfer in between may have left; an absolute one needs no start.
+    QStringList commands{QStringLiteral("CWD ") + path, QStringLiteral("PWD")};
+    if (!path.startsWith(QLatin1Char('/')))
+        commands.prepend(QStringLiteral("CWD ") + folderPath(m_path));
+    const long result = sendQuoted(commands, call);
     if (result == 1 && !call.lastPwd.isEmpty())
         m_path = call.lastPwd;
     return result;

@@ -3,6 +3,7 @@
 // The site records the transfer tests work on: the fixture's FTP server,
 // seen through its two accounts.
 
+#include "DemoSite.h"
 #include "TestServers.h"
 #include "config/MGlobalProjectObjects.h"
 #include "support/MError.h"
@@ -24,15 +25,7 @@ inline QString ftpAddress()
 // "demo" logs on above the web root, which is then its ftproot.
 inline SiteRecord demoSite()
 {
-    SiteRecord site;
-    site.userid = QString::fromLatin1(TestServers::User);
-    site.password = QString::fromLatin1(TestServers::Password);
-    site.baseurl = ftpAddress();
-    site.baseaddress = servers().httpBase();
-    site.ftproot = QStringLiteral("/www");
-    site.isactive = QStringLiteral("1");
-    site.indexfile = QStringLiteral("index.htm");
-    return site;
+    return demoSiteRecord(servers());
 }
 
 // "webmaster" logs on in the web root itself.
