@@ -5,7 +5,6 @@
 #include "config/CPublicSettings.h"
 #include "config/MGlobalProjectObjects.h"
 #include "config/frmMessageBoxOnce.h"
-#include "document/ASPMarkerAudit.h"
 #include "document/CDocEventHandler.h"
 #include "document/CPageBackgrounds.h"
 #include "document/CPageEncoding.h"
@@ -44,6 +43,10 @@ constexpr long kNoSite = 10002;
 constexpr long kSaveFailed = 10012; // our own number for a save that stopped without a reason of its own
 constexpr long kMsgNoSite = 22100;
 constexpr long kMsgSaveFailed = 22101;
+constexpr long kMsgSourceUnread = 22102;
+constexpr long kMsgScriptNotKept = 22103;
+constexpr long kMsgWrittenWhole = 22104;
+constexpr long kScriptNotKept = 10013; // our own number: a save stopped to keep the page's script
 constexpr int kBodyWaitLimitMs = 1000;
 constexpr qsizetype kTextRangeMinimum = 21;
 
@@ -254,48 +257,44 @@ void CDocument::ReadFrames()
     m_boolIsIFrame = m_boolIsNotFrameset && !m_Document.getElementsByTagName(QStringLiteral("IFRAME")).isEmpty();
 }
 
+// The script's output can't be edited: it is sealed in the page.
 long CDocument::SetASPFilter(CASPFilter *CASPFilter_p)
 {
     m_ASPFilter = CASPFilter_p;
     m_boolIsASP = true;
-    for (HtmlElement &span : m_Document.getElementsByTagName(QStringLiteral("SPAN"))) {
-        if (span.styleValue(QStringLiteral("keldasp")) == QStringLiteral("true")) {
-            span.setContentEditable(false);
-            const QList<HtmlElement> inner = span.children();
-            if (!inner.isEmpty() && CleanDocument(inner) != 1)
-                return 0;
-        }
-        if (span.styleValue(QStringLiteral("keldasp1")) == QStringLiteral("true"))
-            span.setContentEditable(false);
-    }
-    return 1;
+    return m_Document.sealScript() >= 0 ? 1 : 0;
 }
 
-// Everything inside a script's output counts as that output.
-long CDocument::CleanDocument(const QList<HtmlElement> &collection)
+long CDocument::KeepSource(const QByteArray &original)
 {
-    for (const HtmlElement &element : collection) {
-        HtmlElement e = element;
-        e.setStyleValue(QStringLiteral("keldasp"), QStringLiteral("true"));
-        const QList<HtmlElement> inner = e.children();
-        if (!inner.isEmpty() && CleanDocument(inner) != 1)
-            return 0;
+    m_strRefusal.clear();
+    if (original.isEmpty()) {
+        m_strRefusal = MResources::LoadResourceString(kMsgSourceUnread);
+        return 0;
     }
-    return 1;
+    return m_Faithful.Prepare(original, m_Document.snapshot(), m_strRefusal);
 }
 
-// A page whose markers came back changed can't be saved without losing its
-// script, so the file on the server is put back as it was at once.
-long CDocument::IsEditable(CASPFilter &CASPFilter_p)
+long CDocument::FetchOriginal(QByteArray &bytes)
 {
-    long status = ASPMarkerAudit::MarkersIntact(m_Document.documentElement().outerHTML()) ? 1 : 0;
-    if (status == 1)
-        status = CASPFilter_p.IsEditable(m_strOriginalASP);
-    if (status == 0) {
-        CFTPS ftp;
-        ftp.SendPage(m_strOriginalASP.toLatin1(), m_Document.pathname());
-    }
-    return status;
+    QString path;
+    GetPreparedSendPath(m_strURL, path);
+    CFTPS ftp;
+    if (OpenTransfer(ftp, Position(QStringLiteral("FetchOriginal"))) != 1)
+        return 0;
+    return ftp.GetASCIIFile(path, bytes) == 1 ? 1 : 0;
+}
+
+// A script page is editable when every stretch of its script's output was
+// found in the page and the page lines up with its file. The file on the
+// server is put back by the session before the user is asked anything.
+long CDocument::IsEditable(CASPFilter &)
+{
+    if (m_Faithful.IsPrepared())
+        return 1;
+    if (m_strRefusal.isEmpty())
+        m_strRefusal = MResources::LoadResourceString(kMsgSourceUnread);
+    return 0;
 }
 
 long CDocument::ShowDisableGlyphs(bool AnchorsOn_p, bool LayerOn_p, bool ScriptsOn_p, bool SpanOn_p, bool FontOn_p)
@@ -477,14 +476,13 @@ long CDocument::Save()
         return SaveFailed(7);
     if (m_boolControledByCMS && StripLockMarks() != 1)
         return SaveFailed(8);
-    QString text;
-    const long made = m_ASPFilter ? MakeASPText(text) : MakePageText(text);
+    QByteArray bytes;
+    const long made = m_ASPFilter ? MakeASPText(bytes) : MakePageText(bytes);
     if (made == -1)
         return -1;
     if (made != 1)
         return SaveFailed(9);
-    m_strLastSaved = text;
-    return SendSaved(text);
+    return SendSaved(bytes);
 }
 
 // An object that wrote a change into the page makes the page changed.
@@ -551,37 +549,72 @@ long CDocument::StripLockMarks()
     return m_Document.stripLockMarks(borders) >= 0 ? 1 : 0;
 }
 
-// The head tags are settled in the live page, then the page is written out
-// again. A step that fails after the charset question costs only its own
-// work: the text from before it goes out and the reason goes to error.log.
-// A failing Tidy leaves the text with its head tags, untidied. Either way
-// the META tags go out with their name first, as the program writes them.
-long CDocument::MakePageText(QString &text)
+// The head tags are settled in the live page; then only what changed in
+// the page since Edit is written into the file's own bytes. The author's
+// META tags keep their spelling (the engine's reordering of their
+// attributes never reaches the file this way). Tidy, when the user turned
+// it on, runs on the whole result. A page whose change can't be placed
+// exactly, and which has no server script, is written whole as the engine
+// has it, and error.log says so.
+long CDocument::MakePageText(QByteArray &bytes)
+{
+    if (CPageMetaTags::CheckCharCodeMetaTag(m_Document) == -1)
+        return -1;
+    if (!m_Faithful.IsPrepared())
+        return MakeWholePageText(bytes);
+    const QString before = m_Document.snapshot();
+    if (CPageMetaTags::AddMetaEditTags(m_Document, SaveDate()) != 1)
+        MError::LogError();
+    QString reason;
+    if (m_Faithful.Splice(m_Document.snapshot(), bytes, reason) != 1) {
+        MError::SetError(kMsgWrittenWhole, MResources::LoadResourceString(kMsgWrittenWhole) + QLatin1Char(' ') + reason,
+                         Position(QStringLiteral("MakePageText")));
+        MError::LogError();
+        return MakeWholePageText(bytes);
+    }
+    m_strLastSaved = CPageEncoding::DecodeAs(bytes, m_Faithful.Charset());
+    QString tidied;
+    if (G::UseTidy && CSaveText::TidyUpHTML(m_strLastSaved, tidied) == 1) {
+        m_strLastSaved = tidied;
+        bytes = CPageEncoding::Encode(tidied);
+    }
+    return before.isEmpty() ? 0 : 1;
+}
+
+// The page as the engine writes it: the way of a page whose file could not
+// be read or lined up. A step that fails after the charset question costs
+// only its own work: the text from before it goes out and the reason goes
+// to error.log. The META tags go out with their name first.
+long CDocument::MakeWholePageText(QByteArray &bytes)
 {
     const QString before = m_Document.serialize();
     if (before.isEmpty())
         return 0;
-    if (CPageMetaTags::CheckCharCodeMetaTag(m_Document) == -1)
-        return -1;
-    text = before;
+    QString text = before;
     if (CPageMetaTags::AddMetaEditTags(m_Document, SaveDate()) != 1)
         MError::LogError();
     else
         text = m_Document.serialize();
     if (!G::UseTidy || CSaveText::TidyUpHTML(text, text) != 1)
         CSaveText::ReArrangeMetaNames(text, text);
+    m_strLastSaved = text;
+    bytes = CPageEncoding::Encode(text);
     return text.isEmpty() ? 0 : 1;
 }
 
-// The page's script goes back in place of what the server made of it.
-long CDocument::MakeASPText(QString &text)
+// The page's script is copied from the file; only the user's changes are
+// written into it. When the script would not come back exactly, nothing
+// is sent and the user keeps his page open with his changes in it.
+long CDocument::MakeASPText(QByteArray &bytes)
 {
-    text = m_Document.serialize();
-    if (text.isEmpty())
+    QString reason = m_strRefusal;
+    if (!m_Faithful.IsPrepared() || m_Faithful.Splice(m_Document.snapshot(), bytes, reason) != 1) {
+        MError::SetError(kScriptNotKept, MResources::LoadResourceString(kMsgScriptNotKept) + QStringLiteral("\r\n\r\n") + reason,
+                         SavePosition(m_strSavePath, 9));
         return 0;
-    if (m_boolStreamChanged)
-        m_ASPFilter->SetOriginalStream(text);
-    return m_ASPFilter->FilterOut(text, false) == 1 ? 1 : 0;
+    }
+    m_strLastSaved = CPageEncoding::DecodeAs(bytes, m_Faithful.Charset());
+    return 1;
 }
 
 // What stands on the server is kept as a revision before it is replaced.
@@ -590,7 +623,7 @@ long CDocument::MakeASPText(QString &text)
 // "The page will be saved anyway") the page is sent all the same: the user
 // was promised his save, and the session ends after it, so holding the page
 // back would throw his edit away. Only a failure (0) stops the save.
-long CDocument::SendSaved(const QString &text)
+long CDocument::SendSaved(const QByteArray &bytes)
 {
     CRollback rollback;
     const long kept = rollback.BackupPage(m_strSavePath);
@@ -600,7 +633,7 @@ long CDocument::SendSaved(const QString &text)
     CFTPS ftp;
     if (OpenTransfer(ftp, SavePosition(m_strSavePath, 10)) != 1)
         return 0;
-    if (ftp.SendPage(CPageEncoding::Encode(text), m_strSavePath) != 1)
+    if (ftp.SendPage(bytes, m_strSavePath) != 1)
         return SaveFailed(13);
     return 1;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/FaithfulSave.h"
 #include "platform/HtmlDocument.h"
 #include "platform/HtmlTextRange.h"
 
@@ -48,7 +49,16 @@ public:
     long GetURL_FullPath(QString &strFullURL_p) const;
     long GetURL(QString &strURL_p) const;
     long SetOriginalASPDoc(const QString &strASP_p);
+    // Keeps the file's bytes as the server holds them, and lines them up
+    // with the page as the engine loaded it, before edit mode touches it.
+    // Empty bytes: the file could not be read; the page is then saved as
+    // the engine writes it. 1, or 0 with the reason in RefusalReason().
+    long KeepSource(const QByteArray &original);
+    // The file's bytes as the server holds them; 1 or 0 with the error set.
+    long FetchOriginal(QByteArray &bytes);
+    // A script page can be edited only when its script can be kept.
     long IsEditable(CASPFilter &CASPFilter_p);
+    const QString &RefusalReason() const { return m_strRefusal; }
     long EditOn(bool boolEdit_p);
     // 1 saved; -2 not dirty, nothing done; -1 not saved and nothing to
     // report (the user's answer to the charset question stopped it); 0
@@ -95,7 +105,6 @@ private:
     void ShowForeignContentOnce(int elementsBefore);
     void MarkCMSAreas();
     long RegisterImages();
-    long CleanDocument(const QList<HtmlElement> &collection);
     QString Position(const QString &operation) const;
 
     // The steps of Save, in their order.
@@ -103,9 +112,10 @@ private:
     void RestoreFrameset();
     long StripEditMarks(const SiteRecord &site);
     long StripLockMarks();
-    long MakePageText(QString &text);
-    long MakeASPText(QString &text);
-    long SendSaved(const QString &text);
+    long MakePageText(QByteArray &bytes);
+    long MakeWholePageText(QByteArray &bytes);
+    long MakeASPText(QByteArray &bytes);
+    long SendSaved(const QByteArray &bytes);
     long SaveFailed(long line, long number = 0, const QString &description = QString());
     static QString SavePosition(const QString &path, long line);
     static QString SaveDate();
@@ -130,6 +140,8 @@ private:
     QString m_strOriginalASP;
     QString m_strLastSaved;
     QString m_strSavePath; // the server path of the save under way
+    FaithfulSave m_Faithful; // the file's own bytes, lined up with the page
+    QString m_strRefusal;
     bool m_boolEditedAsHTML = false;
     bool m_boolASPEdited = false;
     bool m_boolStreamChanged = false;

@@ -70,7 +70,11 @@ QString CPageEncoding::DeclaredCharset(const QString &text)
 
 QString CPageEncoding::Decode(const QByteArray &bytes)
 {
-    const QString charset = DeclaredCharset(bytes);
+    return DecodeAs(bytes, DeclaredCharset(bytes));
+}
+
+QString CPageEncoding::DecodeAs(const QByteArray &bytes, const QString &charset)
+{
     if (IsWesternName(charset))
         return DecodeCp1252(bytes);
     // A byte order mark is kept as U+FEFF, so the text is written back with
@@ -84,15 +88,33 @@ QByteArray CPageEncoding::Encode(const QString &text)
 {
     // A text that starts with a byte order mark goes out as UTF-8 with it
     // (a UTF-16 page too: every browser reads the mark before any META).
-    const QString charset = CharsetInMeta(text);
-    if (IsUtf8Name(charset) || text.startsWith(QChar(0xFEFF)))
+    if (text.startsWith(QChar(0xFEFF)))
+        return text.toUtf8();
+    return EncodeAs(text, CharsetInMeta(text));
+}
+
+// Characters the charset lacks go out as character references.
+QByteArray CPageEncoding::EncodeAs(const QString &text, const QString &charset)
+{
+    if (IsUtf8Name(charset))
         return text.toUtf8();
     if (IsWesternName(charset))
         return EncodeWithReferences(text, charset);
-    QStringEncoder encoder(charset.toLatin1().constData());
-    if (encoder.isValid())
-        return encoder(text);
-    return EncodeWithReferences(text, QString());
+    QStringEncoder encoder(charset.toLatin1().constData(), QStringConverter::Flag::Stateless);
+    if (!encoder.isValid())
+        return EncodeWithReferences(text, QString());
+    QByteArray out;
+    for (const char32_t c : text.toUcs4()) {
+        const QString one = QString::fromUcs4(&c, 1);
+        const QByteArray bytes = encoder.encode(one);
+        if (encoder.hasError() || (bytes == "?" && c != U'?')) {
+            encoder.resetState();
+            out.append("&#" + QByteArray::number(uint(c)) + ';');
+        } else {
+            out.append(bytes);
+        }
+    }
+    return out;
 }
 
 QString CPageEncoding::CharsetInMeta(const QString &head)

@@ -23,6 +23,11 @@ public:
     // lacks become character references, so none is lost.
     static QByteArray Encode(const QString &text);
 
+    // The same two ways with a charset given by name, as DeclaredCharset
+    // gives it.
+    static QString DecodeAs(const QByteArray &bytes, const QString &charset);
+    static QByteArray EncodeAs(const QString &text, const QString &charset);
+
 private:
     static QString CharsetInMeta(const QString &head);
     static QString Normalised(const QString &charset);

@@ -172,6 +172,17 @@ QString HtmlDocument::serialize() const
     return call(QStringLiteral("doc.serialize"), {}, QStringLiteral("HtmlDocument.serialize")).toString();
 }
 
+QString HtmlDocument::snapshot() const
+{
+    return call(QStringLiteral("doc.snapshot"), {}, QStringLiteral("HtmlDocument.snapshot")).toString();
+}
+
+long HtmlDocument::sealScript()
+{
+    const QVariant n = call(QStringLiteral("doc.sealScript"), {}, QStringLiteral("HtmlDocument.sealScript"));
+    return n.isValid() ? n.toLongLong() : -1;
+}
+
 long HtmlDocument::setAttributeOnTags(const QString &tag, const QString &name, const QString &value)
 {
     const QVariant n = call(QStringLiteral("bulk.setAttrOnTags"), {tag, name, value}, QStringLiteral("HtmlDocument.setAttributeOnTags"));

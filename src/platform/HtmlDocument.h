@@ -76,6 +76,12 @@ public:
 
     // The page as a file: the doctype, then documentElement.outerHTML.
     QString serialize() const;
+    // Every node of the document in order, the comments outside its root
+    // element too: what the save lines up with the page's source.
+    QString snapshot() const;
+    // Makes the output of server script between its marker comments
+    // read-only; gives the count of stretches, or -1.
+    long sealScript();
 
     // The editor's look of a page that is shown but not edited.
     long setHatched(bool on);

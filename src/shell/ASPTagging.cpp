@@ -3,6 +3,7 @@
 #include "aspfilter/CASPFilter.h"
 #include "config/MGlobalProjectObjects.h"
 #include "document/CSendPath.h"
+#include "document/FaithfulSave.h"
 #include "platform/LocalFolders.h"
 #include "shell/MarkedPageRepair.h"
 #include "support/MError.h"
@@ -23,6 +24,12 @@ QString SiteFtpRoot()
 
 ASPTagging::ASPTagging() = default;
 ASPTagging::~ASPTagging() = default;
+
+void ASPTagging::ResetOriginals()
+{
+    m_astrOriginalASP = QStringList{QString()};
+    m_aOriginalSources.clear();
+}
 
 void ASPTagging::AddOriginal(const QString &strASP)
 {
@@ -50,24 +57,29 @@ QString ASPTagging::BackupName(const QString &strURL)
     return (dot < 0 ? name + QLatin1Char('.') : name.left(dot + 1)) + QStringLiteral("keldabak");
 }
 
-// Page texts travel as the server's bytes, one character per byte, so that
-// every block goes back exactly as it was read.
+// The page's bytes are kept as they were read: they are what every save
+// of the session writes into, and what goes back when the marks come off.
 long ASPTagging::SetASPTags(const QString &strURL)
 {
     auto filter = std::make_shared<CASPFilter>();
     m_ASPFilters.push_back(filter);
+    m_aMarkedOriginals.append(QByteArray());
     CFTPS ftp;
     QByteArray source;
     if (ftp.GetASCIIFile(strURL, source) != 1 || MarkedPageRepair::Repair(ftp, strURL, source) != 1) {
         MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(), kPosition);
         return 0;
     }
-    QString strASP = QString::fromLatin1(source);
-    AddOriginal(strASP);
+    AddOriginal(QString::fromLatin1(source));
+    AddSource(source);
     if (LeaveCopyBeside(strURL, source) != 1)
         return 0;
     filter->LetURL(strURL);
-    if (filter->FilterIn(strASP) == 1 && ftp.SendPage(strASP.toLatin1(), FullServerPath(strURL)) != 1) {
+    const QByteArray marked = FaithfulSave::Marked(source);
+    if (marked.isEmpty())
+        return 1;
+    m_aMarkedOriginals.last() = source;
+    if (ftp.SendPage(marked, FullServerPath(strURL)) != 1) {
         MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(), kPosition);
         return 0;
     }
@@ -98,14 +110,13 @@ long ASPTagging::LeaveCopyBeside(const QString &strURL, const QByteArray &source
 long ASPTagging::RemoveASPTags()
 {
     long status = 1;
-    for (const auto &filter : m_ASPFilters) {
-        QString strASP;
-        if (filter->FilterOut(strASP, true) != 1)
-            continue;
+    for (size_t i = 0; i < m_ASPFilters.size(); ++i) {
+        const auto &filter = m_ASPFilters[i];
+        const QByteArray original = qsizetype(i) < m_aMarkedOriginals.size() ? m_aMarkedOriginals[qsizetype(i)] : QByteArray();
         QString strURL;
         filter->GetURL(strURL);
         CFTPS ftp;
-        if (ftp.SendPage(strASP.toLatin1(), FullServerPath(strURL)) != 1) {
+        if (!original.isEmpty() && ftp.SendPage(original, FullServerPath(strURL)) != 1) {
             MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
                                     QStringLiteral("frmVindrell.RemoveASPTags"));
             status = 0;

@@ -32,10 +32,18 @@ public:
     // The untouched sources, parallel to the documents; "dummy" stands for a
     // document that is not a script page.
     QStringList &OriginalASP() { return m_astrOriginalASP; }
-    void ResetOriginals() { m_astrOriginalASP = QStringList{QString()}; }
+    void ResetOriginals();
     void AddOriginal(const QString &strASP);
+    // The files' bytes as the server holds them, parallel to the documents;
+    // empty for a document whose file could not be read.
+    const QList<QByteArray> &OriginalSources() const { return m_aOriginalSources; }
+    void AddSource(const QByteArray &bytes) { m_aOriginalSources.append(bytes); }
     // Forgets the filters; the documents keep those they were given.
-    void ReleaseFilters() { m_ASPFilters.clear(); }
+    void ReleaseFilters()
+    {
+        m_ASPFilters.clear();
+        m_aMarkedOriginals.clear();
+    }
 
     // The page's path on the FTP server, below the login folder.
     static QString FullServerPath(const QString &strURL);
@@ -47,5 +55,9 @@ private:
     long LeaveCopyBeside(const QString &strURL, const QByteArray &source);
 
     std::vector<std::shared_ptr<CASPFilter>> m_ASPFilters;
+    // Per filter: the bytes that go back when the marks come off; empty for
+    // a page that had nothing to mark.
+    QList<QByteArray> m_aMarkedOriginals;
+    QList<QByteArray> m_aOriginalSources;
     QStringList m_astrOriginalASP{QString()};
 };

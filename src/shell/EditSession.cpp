@@ -33,6 +33,7 @@ constexpr long kSaveChanges = 14008;
 constexpr long kCMSNotSaved = 14009;
 constexpr long kTransferError = 14010;
 constexpr long kSaving = 23001;
+constexpr long kWrittenWhole = 22104; // a page saved as the engine writes it
 const QString kNoCancel = QStringLiteral("disable cancel button");
 // The short waits that let the page engine settle before the frames are read.
 constexpr int kSettleMs = 80;
@@ -309,7 +310,9 @@ void EditSession::ComplexASP(long nDoc)
     if (RemoveASPTags() != 1)
         MError::ShowError();
     MWait::Wait_End();
-    const long answer = UserQuestions::MsgBox(L(kComplexASP) + QStringLiteral("\r\n\r\n") + L(kEditManually),
+    const QString reason = nDoc >= 0 && nDoc < long(m_Documents.size()) ? m_Documents[size_t(nDoc)]->RefusalReason() : QString();
+    const QString why = reason.isEmpty() ? QString() : QStringLiteral("\r\n\r\n") + reason;
+    const long answer = UserQuestions::MsgBox(L(kComplexASP) + why + QStringLiteral("\r\n\r\n") + L(kEditManually),
                                               UserQuestions::vbYesNo | UserQuestions::vbQuestion
                                                   | UserQuestions::vbDefaultButton2);
     Hourglass(false);
@@ -381,12 +384,25 @@ long EditSession::DoTheServerSideDance()
             if (ext == QStringLiteral("php"))
                 doc->boolNoEdit = true;
             m_ASP.AddOriginal(QStringLiteral("dummy"));
+            m_ASP.AddSource(doc->boolNoEdit ? QByteArray() : Source(*doc));
         }
     }
     if (someASP)
         ReloadMarkedPages();
     ReleaseDocuments();
     return someASP ? 1 : -1;
+}
+
+// The file of a page without script, as the server holds it; empty when
+// it can't be read, and the page is then saved as the engine writes it.
+QByteArray EditSession::Source(CDocument &doc)
+{
+    QByteArray bytes;
+    if (doc.FetchOriginal(bytes) != 1) {
+        MError::LogError();
+        bytes.clear();
+    }
+    return bytes;
 }
 
 // The whole page is reloaded, which reloads every frame with it, each
@@ -400,6 +416,7 @@ void EditSession::ReloadMarkedPages()
 
 long EditSession::DocLoad(bool boolEdit)
 {
+    m_boolKeepSources = boolEdit;
     m_HTMLDocument = m_HTMLFrameDocument = m_IE->Document();
     CDocument::g_astrDocURLs.clear();
     m_Documents.assign(1, std::make_shared<CDocument>());
@@ -422,6 +439,19 @@ long EditSession::DocLoad(bool boolEdit)
     return sub;
 }
 
+// The page is lined up with its file before edit mode touches it. A page
+// without script that can't be lined up is saved as the engine writes it,
+// and error.log says why; a script page is refused when edit mode begins.
+void EditSession::KeepSource(CDocument &doc, long index)
+{
+    const QList<QByteArray> &sources = m_ASP.OriginalSources();
+    const QByteArray bytes = index < sources.size() ? sources[index] : QByteArray();
+    if (doc.KeepSource(bytes) == 1 || doc.boolNoEdit || m_boolASPTagged)
+        return;
+    MError::SetError(kWrittenWhole, doc.RefusalReason(), QStringLiteral("frmVindrell.KeepSource"));
+    MError::LogError();
+}
+
 // Inits document index; for a page without frames (boolEdit) switches it
 // on, or shows it hatched when it is of a type that is only shown.
 long EditSession::BindDocument(long index, bool boolEdit)
@@ -433,6 +463,8 @@ long EditSession::BindDocument(long index, bool boolEdit)
     const QStringList &originals = m_ASP.OriginalASP();
     if (m_boolASPTagged && index < originals.size())
         doc->SetOriginalASPDoc(originals[index]);
+    if (m_boolKeepSources)
+        KeepSource(*doc, index);
     if (!boolEdit)
         return 1;
     if (doc->boolNoEdit)

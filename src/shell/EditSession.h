@@ -80,6 +80,8 @@ private:
     void RefuseExtension();
     long SubDocLoad(const HtmlDocument &parent, int nFrames, bool boolEdit);
     long BindDocument(long index, bool boolEdit);
+    void KeepSource(CDocument &doc, long index);
+    static QByteArray Source(CDocument &doc);
     long TryIfDocIsReal(const HtmlDocument &frame);
     void ReloadMarkedPages();
     void EndQuietly();
@@ -114,6 +116,7 @@ private:
     bool m_boolSavedInSession = false;
     bool m_boolCMSLoaded = false;
     bool m_boolEntering = false;
+    bool m_boolKeepSources = false; // the documents being bound are for editing
     int nClickDepth = 0;
     bool boolEditAborted = false;
 };

@@ -80,6 +80,64 @@
       }
       return dt + html;
     },
+    // The page as it stands, for lining up with its source: everything the
+    // document holds, also the comments before and after its root element,
+    // where the marks of server script at the top of a page end up.
+    snapshot(path) {
+      const d = docAt(path);
+      let out = '';
+      for (const n of d.childNodes) {
+        if (n.nodeType === 10) out += new XMLSerializer().serializeToString(n);
+        else if (n.nodeType === 8) out += '<!--' + n.data + '-->';
+        else if (n.nodeType === 1) out += K.doc.serialize(path).replace(/^<!DOCTYPE[^>]*>\r\n/i, '');
+      }
+      return out;
+    },
+    // Server script's output stands between two marker comments. None of it
+    // may be edited: the elements in it are made read-only, and an input
+    // whose range reaches into it is refused before the engine acts.
+    sealScript(path) {
+      const d = docAt(path), seals = [];
+      const walker = d.createTreeWalker(d, NodeFilter.SHOW_COMMENT);
+      const open = new Map();
+      for (let c = walker.nextNode(); c; c = walker.nextNode()) {
+        const m = /^keldasp(IN|OUT)#(\d{5})$/.exec(c.data);
+        if (!m) continue;
+        if (m[1] === 'IN') { open.set(m[2], c); continue; }
+        const start = open.get(m[2]);
+        if (!start) continue;
+        const r = d.createRange();
+        r.setStartAfter(start); r.setEndBefore(c);
+        seals.push(r);
+        const all = r.commonAncestorContainer.nodeType === 1
+          ? r.commonAncestorContainer.querySelectorAll('*') : [];
+        for (const e of all) {
+          if (r.intersectsNode(e) && r.comparePoint(e, 0) === 0 && r.comparePoint(e, e.childNodes.length) === 0)
+            e.setAttribute('contenteditable', 'false');
+        }
+      }
+      const w = winOf(d);
+      w.__keldaSeals = seals;
+      if (!w.__keldaSealed) {
+        w.__keldaSealed = true;
+        d.addEventListener('beforeinput', function (ev) {
+          const ranges = ev.getTargetRanges ? ev.getTargetRanges() : [];
+          const sel = w.getSelection();
+          const check = ranges.length ? ranges : (sel && sel.rangeCount ? [sel.getRangeAt(0)] : []);
+          for (const t of check) {
+            for (const s of w.__keldaSeals) {
+              const inside = s.compareBoundaryPoints(Range.START_TO_END, t) > 0 &&
+                             s.compareBoundaryPoints(Range.END_TO_START, t) < 0;
+              const touches = !t.collapsed && (s.comparePoint(t.startContainer, t.startOffset) === 0 ||
+                                               s.comparePoint(t.endContainer, t.endOffset) === 0 ||
+                                               (t.comparePoint(s.startContainer, s.startOffset) === 0 && t.comparePoint(s.endContainer, s.endOffset) === 0));
+              if (inside || touches) { ev.preventDefault(); return; }
+            }
+          }
+        }, true);
+      }
+      return seals.length;
+    },
     styleSheets(path) {
       return Array.prototype.map.call(docAt(path).styleSheets, function (s) {
         let rules = null;

@@ -6,6 +6,8 @@
 
 #include "DocumentWindow.h"
 #include "aspfilter/CASPFilter.h"
+#include "aspfilter/ScriptGuard.h"
+#include "document/FaithfulSave.h"
 #include "config/MGlobalProjectObjects.h"
 #include "document/CDocument.h"
 #include "document/CPageEncoding.h"
@@ -56,6 +58,7 @@ inline std::unique_ptr<CDocument> editPage(document_test::Screen &screen, const 
     screen.open(path, body);
     auto doc = std::make_unique<CDocument>();
     EXPECT_EQ(doc->Init(&screen.window), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(doc->KeepSource(TestServers::shared().readWebFile(path)), 1) << doc->RefusalReason().toStdString();
     EXPECT_EQ(doc->EditOn(true), 1) << MError::ErrorDescription().toStdString();
     return doc;
 }
@@ -74,35 +77,21 @@ struct ScriptPage
         TestServers &servers = TestServers::shared();
         document_test::useDemoSite();
         original = servers.readWebFile(path);
-        QString marked = CPageEncoding::Decode(original);
         filter.LetURL(QStringLiteral("/") + path);
-        ASSERT_EQ(filter.FilterIn(marked), 1) << MError::ErrorDescription().toStdString();
-        servers.writeWebFile(path, CPageEncoding::Encode(marked));
+        servers.writeWebFile(path, FaithfulSave::Marked(original));
         document_test::load(screen.browser, servers.httpBase() + QStringLiteral("/") + path);
-        QString back;
-        ASSERT_EQ(filter.FilterOut(back, true), 1);
-        servers.writeWebFile(path, CPageEncoding::Encode(back));
-        ASSERT_EQ(servers.readWebFile(path), original);
+        servers.writeWebFile(path, original);
         doc = std::make_unique<CDocument>();
         ASSERT_EQ(doc->Init(&screen.window), 1) << MError::ErrorDescription().toStdString();
         doc->SetOriginalASPDoc(CPageEncoding::Decode(original));
-        ASSERT_EQ(doc->IsEditable(filter), 1) << MError::ErrorDescription().toStdString();
+        doc->KeepSource(original);
+        ASSERT_EQ(doc->IsEditable(filter), 1) << doc->RefusalReason().toStdString();
         ASSERT_EQ(doc->SetASPFilter(&filter), 1);
         ASSERT_EQ(doc->EditOn(true), 1) << MError::ErrorDescription().toStdString();
     }
 
-    // Each script block of the original, byte for byte, in its order.
-    QStringList blocks() const
-    {
-        const QString source = CPageEncoding::Decode(original);
-        CASPFilter reader;
-        QList<long> at;
-        reader.GetASPPos(source, at);
-        QStringList out;
-        for (qsizetype i = 0; i + 1 < at.size(); i += 2)
-            out.append(source.mid(at[i], at[i + 1] - at[i] + 1));
-        return out;
-    }
+    // Each piece of script of the original, byte for byte, in its order.
+    QStringList blocks() const { return ScriptGuard::Pieces(QString::fromLatin1(original)); }
 };
 
 } // namespace save_test

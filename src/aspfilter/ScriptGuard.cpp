@@ -1,0 +1,71 @@
+#include "aspfilter/ScriptGuard.h"
+
+#include <QRegularExpression>
+
+#include <map>
+
+namespace {
+
+// Where each piece starts, so that the three kinds come out in page order.
+void AddBlocks(QStringView page, std::map<qsizetype, QString> &pieces)
+{
+    qsizetype at = page.indexOf(u"<%");
+    while (at >= 0) {
+        const qsizetype close = page.indexOf(u"%>", at + 2);
+        const qsizetype end = close < 0 ? page.size() : close + 2;
+        pieces[at] = page.mid(at, end - at).toString();
+        at = page.indexOf(u"<%", end);
+    }
+}
+
+void AddMatches(QStringView page, const QRegularExpression &pattern, std::map<qsizetype, QString> &pieces)
+{
+    auto it = pattern.globalMatch(page);
+    while (it.hasNext()) {
+        const QRegularExpressionMatch m = it.next();
+        pieces.emplace(m.capturedStart(), m.captured());
+    }
+}
+
+QString Shown(const QString &piece)
+{
+    return piece.size() > 60 ? piece.left(57) + QStringLiteral("...") : piece;
+}
+
+} // namespace
+
+QStringList ScriptGuard::Pieces(QStringView page)
+{
+    static const QRegularExpression include(QStringLiteral("<!--\\s*#include\\b.*?-->"),
+                                            QRegularExpression::CaseInsensitiveOption
+                                                | QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression server(
+        QStringLiteral("<(script|object)\\b[^>]*\\brunat\\s*=\\s*[\"']?server\\b[^>]*>.*?</\\1\\s*>"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    std::map<qsizetype, QString> pieces;
+    AddBlocks(page, pieces);
+    AddMatches(page, include, pieces);
+    AddMatches(page, server, pieces);
+    QStringList ordered;
+    for (const auto &[at, piece] : pieces)
+        ordered.append(piece);
+    return ordered;
+}
+
+bool ScriptGuard::Keeps(QStringView original, QStringView outgoing, QString &difference)
+{
+    const QStringList before = Pieces(original);
+    const QStringList after = Pieces(outgoing);
+    for (qsizetype i = 0; i < std::max(before.size(), after.size()); ++i) {
+        if (i < before.size() && i < after.size() && before[i] == after[i])
+            continue;
+        if (i >= after.size())
+            difference = QStringLiteral("script missing: ") + Shown(before[i]);
+        else if (i >= before.size())
+            difference = QStringLiteral("script added: ") + Shown(after[i]);
+        else
+            difference = QStringLiteral("script changed: ") + Shown(before[i]) + QStringLiteral(" became ") + Shown(after[i]);
+        return false;
+    }
+    return true;
+}

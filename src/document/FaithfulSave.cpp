@@ -1,0 +1,455 @@
+#include "document/FaithfulSave.h"
+
+#include "aspfilter/ScriptGuard.h"
+#include "aspfilter/ScriptRegions.h"
+#include "document/CPageEncoding.h"
+#include "document/HtmlEntities.h"
+#include "document/PageTokenizer.h"
+#include "document/TokenDiff.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+namespace {
+
+// Below this share of its words lining up with the file, the page shown is
+// not the file on the server (another file, a stale copy, a page its own
+// script rewrote): its text can't be placed back into that file.
+constexpr double kLeastWordsLinedUp = 0.5;
+
+quint64 RegionKey(int index)
+{
+    return PageTokenizer::TextKey(PageToken::Script, QStringLiteral("\x01region %1").arg(index));
+}
+
+bool IsAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+QString RawAttribute(QStringView tag, const PageTokenizer::Attribute &a)
+{
+    const qsizetype end = a.valueStart < 0 ? a.nameStart + a.name.size() : a.valueEnd + (a.quote.isNull() ? 0 : 1);
+    return tag.mid(a.nameStart, std::min(end, tag.size()) - a.nameStart).toString();
+}
+
+QString Value(QStringView tag, const PageTokenizer::Attribute &a)
+{
+    return a.valueStart < 0 ? QString() : HtmlEntities::Decode(tag.mid(a.valueStart, a.valueEnd - a.valueStart));
+}
+
+const PageTokenizer::Attribute *Named(const QList<PageTokenizer::Attribute> &list, const QString &name)
+{
+    for (const PageTokenizer::Attribute &a : list) {
+        if (a.name == name)
+            return &a;
+    }
+    return nullptr;
+}
+
+struct Edit
+{
+    qsizetype start;
+    qsizetype end;
+    QString text;
+};
+
+} // namespace
+
+// ------------------------------------------------------------- at Edit
+
+long FaithfulSave::Prepare(const QByteArray &original, const QString &engineView, QString &reason)
+{
+    m_prepared = false;
+    m_original = original;
+    m_charset = CPageEncoding::DeclaredCharset(original);
+    if (m_charset.startsWith(QLatin1String("utf-16"))) {
+        reason = QStringLiteral("The page is stored in UTF-16, which the editor can only write back whole.");
+        return 0;
+    }
+    m_source = QString::fromLatin1(original);
+    m_sourceTokens = SourceTokens(m_source, m_regions);
+    m_view = engineView;
+    if (!ViewTokens(m_view, m_viewTokens, reason))
+        return 0;
+    m_viewToSource = LineUp(m_viewTokens, m_sourceTokens);
+    m_baseline = Unmatched(m_viewToSource, size_t(m_sourceTokens.size()));
+    if (CheckRegions(reason) != 1 || CheckMapping(reason) != 1)
+        return 0;
+    m_prepared = true;
+    return 1;
+}
+
+// The source's tokens with each script region as one token.
+QList<PageToken> FaithfulSave::SourceTokens(const QString &source, QList<ScriptRegion> &regions) const
+{
+    const QString charset = m_charset;
+    const PageTokenizer::Decoder decode = [charset](QStringView bytes) {
+        return IsAscii(bytes) ? bytes.toString() : CPageEncoding::DecodeAs(bytes.toLatin1(), charset);
+    };
+    const QList<PageToken> tokens = PageTokenizer::Tokenize(source, true, decode);
+    regions = ScriptRegions::Find(source, tokens);
+    QList<PageToken> collapsed;
+    collapsed.reserve(tokens.size());
+    int next = 0;
+    for (int k = 0; k < regions.size(); ++k) {
+        const ScriptRegion &r = regions[k];
+        collapsed.append(tokens.mid(next, r.firstToken - next));
+        PageToken script;
+        script.kind = PageToken::Script;
+        script.start = r.start;
+        script.end = r.end;
+        script.key = RegionKey(k);
+        script.holdsBlock = true;
+        collapsed.append(script);
+        next = r.lastToken + 1;
+    }
+    collapsed.append(tokens.mid(next));
+    return collapsed;
+}
+
+// The engine's tokens with the stretch between each pair of marker
+// comments as one token; false when a marker has lost its partner.
+bool FaithfulSave::ViewTokens(const QString &view, QList<PageToken> &tokens, QString &reason)
+{
+    const QList<PageToken> all = PageTokenizer::Tokenize(view, false);
+    tokens.clear();
+    tokens.reserve(all.size());
+    for (int i = 0; i < all.size(); ++i) {
+        const PageToken &t = all[i];
+        bool opening = false;
+        const int k = t.kind == PageToken::Comment ? ScriptRegions::MarkerIndex(QStringView(view).mid(t.start, t.end - t.start), opening) : -1;
+        if (k < 0) {
+            tokens.append(t);
+            continue;
+        }
+        const QString partner = ScriptRegions::MarkerOut(k);
+        int j = i + 1;
+        while (opening && j < all.size() && QStringView(view).mid(all[j].start, all[j].end - all[j].start) != partner)
+            ++j;
+        if (!opening || j >= all.size()) {
+            reason = QStringLiteral("The server's script broke the page's structure where it printed its output (mark %1).").arg(2 * k);
+            return false;
+        }
+        PageToken script;
+        script.kind = PageToken::Script;
+        script.start = t.start;
+        script.end = all[j].end;
+        script.key = RegionKey(k);
+        tokens.append(script);
+        i = j;
+    }
+    return true;
+}
+
+// Script comes first: its regions are lined up by their numbers, which the
+// server may have moved (output behind </html> ends up in the body), and
+// the tokens between two regions are lined up on their own. Otherwise a
+// pair of end tags could outweigh a region and leave it unplaced.
+std::vector<int> FaithfulSave::LineUp(const QList<PageToken> &a, const QList<PageToken> &b)
+{
+    QHash<quint64, int> inB;
+    for (int j = 0; j < b.size(); ++j) {
+        if (b[j].kind == PageToken::Script)
+            inB.insert(b[j].key, j);
+    }
+    std::vector<int> match(size_t(a.size()), -1);
+    int fromA = 0;
+    int fromB = 0;
+    const auto gap = [&](int toA, int toB) {
+        std::vector<quint64> ka, kb;
+        for (int i = fromA; i < toA; ++i)
+            ka.push_back(a[i].key);
+        for (int j = fromB; j < toB; ++j)
+            kb.push_back(b[j].key);
+        const std::vector<int> part = TokenDiff::Match(ka, kb);
+        for (size_t i = 0; i < part.size(); ++i)
+            match[size_t(fromA) + i] = part[i] < 0 ? -1 : fromB + part[i];
+    };
+    for (int i = 0; i < a.size(); ++i) {
+        const int j = a[i].kind == PageToken::Script ? inB.value(a[i].key, -1) : -1;
+        if (j < fromB)
+            continue;
+        gap(i, j);
+        match[size_t(i)] = j;
+        fromA = i + 1;
+        fromB = j + 1;
+    }
+    gap(int(a.size()), int(b.size()));
+    return match;
+}
+
+std::vector<quint64> FaithfulSave::Keys(const QList<PageToken> &tokens)
+{
+    std::vector<quint64> keys;
+    keys.reserve(size_t(tokens.size()));
+    for (const PageToken &t : tokens)
+        keys.push_back(t.key);
+    return keys;
+}
+
+// Tokens of either side that found no partner.
+int FaithfulSave::Unmatched(const std::vector<int> &match, size_t otherSize)
+{
+    const int matched = int(std::count_if(match.begin(), match.end(), [](int m) { return m >= 0; }));
+    return int(match.size() + otherSize) - 2 * matched;
+}
+
+// Every marked region must stand in the view once, in order, and line up
+// with its source.
+long FaithfulSave::CheckRegions(QString &reason) const
+{
+    QList<int> seen;
+    for (int i = 0; i < m_viewTokens.size(); ++i) {
+        if (m_viewTokens[i].kind != PageToken::Script)
+            continue;
+        const int s = m_viewToSource[size_t(i)];
+        seen.append(s >= 0 && m_sourceTokens[s].kind == PageToken::Script ? s : -1);
+    }
+    int at = 0;
+    for (int s = 0; s < m_sourceTokens.size(); ++s) {
+        const PageToken &t = m_sourceTokens[s];
+        if (t.kind != PageToken::Script)
+            continue;
+        const bool marked = std::any_of(m_regions.cbegin(), m_regions.cend(), [&](const ScriptRegion &r) {
+            return r.marked && r.start == t.start;
+        });
+        if (!marked)
+            continue;
+        if (at >= seen.size() || seen[at] != s) {
+            reason = QStringLiteral("The output of the server script on line %1 could not be found in the page "
+                                    "as the server sends it.").arg(LineOf(t.start));
+            return 0;
+        }
+        ++at;
+    }
+    return 1;
+}
+
+long FaithfulSave::CheckMapping(QString &reason) const
+{
+    int words = 0;
+    int lined = 0;
+    for (int i = 0; i < m_viewTokens.size(); ++i) {
+        if (m_viewTokens[i].kind != PageToken::Word)
+            continue;
+        ++words;
+        lined += m_viewToSource[size_t(i)] >= 0 ? 1 : 0;
+    }
+    if (words > 0 && double(lined) / words < kLeastWordsLinedUp) {
+        reason = QStringLiteral("The page shown differs too much from the file on the server.");
+        return 0;
+    }
+    return 1;
+}
+
+int FaithfulSave::LineOf(qsizetype position) const
+{
+    return int(QStringView(m_source).left(position).count(u'\n')) + 1;
+}
+
+// ------------------------------------------------------------- at Save
+
+long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString &reason) const
+{
+    if (!m_prepared) {
+        reason = QStringLiteral("The page's source was not kept when editing began.");
+        return 0;
+    }
+    QList<PageToken> now;
+    if (!ViewTokens(engineView, now, reason))
+        return 0;
+    const std::vector<int> match = LineUp(m_viewTokens, now);
+    QString out;
+    out.reserve(m_source.size() + 1024);
+    qsizetype at = 0;
+    for (const Hunk &hunk : Hunks(match, int(m_viewTokens.size()), int(now.size()))) {
+        qsizetype start = 0;
+        qsizetype end = 0;
+        QString text;
+        if (!Place(hunk, engineView, now, start, end, text) || start < at) {
+            reason = QStringLiteral("A change could not be placed in the page's source.");
+            return 0;
+        }
+        out += QStringView(m_source).mid(at, start - at);
+        out += text;
+        at = end;
+    }
+    out += QStringView(m_source).mid(at);
+    if (Verify(out, now, reason) != 1)
+        return 0;
+    result = out.toLatin1();
+    return 1;
+}
+
+// The runs of tokens between two lined-up tokens that differ.
+QList<FaithfulSave::Hunk> FaithfulSave::Hunks(const std::vector<int> &match, int sizeA, int sizeB)
+{
+    QList<Hunk> hunks;
+    int i = 0;
+    int j = 0;
+    while (i < sizeA || j < sizeB) {
+        if (i < sizeA && match[size_t(i)] == j) {
+            ++i;
+            ++j;
+            continue;
+        }
+        int next = i;
+        while (next < sizeA && match[size_t(next)] < 0)
+            ++next;
+        const int partner = next < sizeA ? match[size_t(next)] : sizeB;
+        hunks.append({i, next, j, partner});
+        i = next;
+        j = partner;
+    }
+    return hunks;
+}
+
+// Where in the source a change goes and what it writes there.
+bool FaithfulSave::Place(const Hunk &hunk, const QString &view, const QList<PageToken> &tokens, qsizetype &start,
+                         qsizetype &end, QString &text) const
+{
+    int first = -1;
+    int last = -1;
+    for (int a = hunk.a0; a < hunk.a1; ++a) {
+        const int s = m_viewToSource[size_t(a)];
+        if (s < 0)
+            continue;
+        first = first < 0 ? s : first;
+        last = s;
+    }
+    if (first >= 0) {
+        start = m_sourceTokens[first].start;
+        end = m_sourceTokens[last].end;
+        const PageToken &was = m_viewTokens[hunk.a0];
+        const bool oneTag = hunk.a1 - hunk.a0 == 1 && hunk.b1 - hunk.b0 == 1 && was.kind == PageToken::StartTag
+                            && tokens[hunk.b0].kind == PageToken::StartTag
+                            && PageTokenizer::TagName(m_view, was) == PageTokenizer::TagName(view, tokens[hunk.b0]);
+        text = oneTag ? Attributes(m_sourceTokens[first], was, view, tokens[hunk.b0])
+                      : NewText(view, tokens, hunk.b0, hunk.b1);
+        return true;
+    }
+    start = end = m_source.size();
+    for (int a = hunk.a0 - 1; a >= 0; --a) {
+        if (m_viewToSource[size_t(a)] >= 0) {
+            start = end = m_sourceTokens[m_viewToSource[size_t(a)]].end;
+            break;
+        }
+    }
+    if (hunk.a0 == 0 || start == m_source.size()) {
+        for (int a = hunk.a1; a < m_viewTokens.size(); ++a) {
+            if (m_viewToSource[size_t(a)] >= 0) {
+                start = end = std::min(start, m_sourceTokens[m_viewToSource[size_t(a)]].start);
+                break;
+            }
+        }
+    }
+    text = NewText(view, tokens, hunk.b0, hunk.b1);
+    return true;
+}
+
+// The engine's text of new tokens in the page's charset; script among them
+// is copied from the source.
+QString FaithfulSave::NewText(const QString &view, const QList<PageToken> &tokens, int from, int to) const
+{
+    QString text;
+    for (int b = from; b < to; ++b) {
+        const PageToken &t = tokens[b];
+        const auto region = t.kind != PageToken::Script
+                                ? m_sourceTokens.cend()
+                                : std::find_if(m_sourceTokens.cbegin(), m_sourceTokens.cend(), [&](const PageToken &s) {
+                                      return s.kind == PageToken::Script && s.key == t.key;
+                                  });
+        if (region != m_sourceTokens.cend())
+            text += QStringView(m_source).mid(region->start, region->end - region->start);
+        else
+            text += Encoded(view.mid(t.start, t.end - t.start));
+    }
+    return text;
+}
+
+// One tag whose attributes changed: the author's tag with only those
+// values replaced, removed or added.
+QString FaithfulSave::Attributes(const PageToken &source, const PageToken &before, const QString &view,
+                                 const PageToken &after) const
+{
+    const QString tag = m_source.mid(source.start, source.end - source.start);
+    const QString was = m_view.mid(before.start, before.end - before.start);
+    const QString now = view.mid(after.start, after.end - after.start);
+    const auto ours = PageTokenizer::Attributes(tag);
+    const auto wasList = PageTokenizer::Attributes(was);
+    const auto nowList = PageTokenizer::Attributes(now);
+    QList<Edit> edits;
+    for (const PageTokenizer::Attribute &a : ours) {
+        const PageTokenizer::Attribute *b = Named(nowList, a.name);
+        const PageTokenizer::Attribute *w = Named(wasList, a.name);
+        if (!b) {
+            qsizetype from = a.nameStart;
+            while (from > 0 && tag[from - 1].isSpace())
+                --from;
+            edits.append({from, a.nameStart + RawAttribute(tag, a).size(), QString()});
+            continue;
+        }
+        if (w && Value(was, *w) == Value(now, *b))
+            continue;
+        QString value = b->valueStart < 0 ? QString() : Encoded(now.mid(b->valueStart, b->valueEnd - b->valueStart));
+        if (a.quote == u'\'')
+            edits.append({a.valueStart, a.valueEnd, value.replace(u'\'', QStringLiteral("&#39;"))});
+        else if (a.quote == u'"')
+            edits.append({a.valueStart, a.valueEnd, value});
+        else if (a.valueStart >= 0)
+            edits.append({a.valueStart, a.valueEnd, u'"' + value + u'"'});
+        else
+            edits.append({a.nameStart + a.name.size(), a.nameStart + a.name.size(), QStringLiteral("=\"") + value + u'"'});
+    }
+    qsizetype close = tag.endsWith(QLatin1String("/>")) ? tag.size() - 2 : tag.endsWith(u'>') ? tag.size() - 1 : tag.size();
+    while (close > 0 && tag[close - 1].isSpace() && tag.endsWith(QLatin1String("/>")))
+        --close;
+    for (const PageTokenizer::Attribute &b : nowList) {
+        if (!Named(ours, b.name))
+            edits.append({close, close, u' ' + Encoded(RawAttribute(now, b))});
+    }
+    std::stable_sort(edits.begin(), edits.end(), [](const Edit &x, const Edit &y) { return x.start > y.start; });
+    QString out = tag;
+    for (const Edit &e : edits)
+        out.replace(e.start, e.end - e.start, e.text);
+    return out;
+}
+
+QString FaithfulSave::Encoded(const QString &characters) const
+{
+    return QString::fromLatin1(CPageEncoding::EncodeAs(characters, m_charset));
+}
+
+// The result keeps the script, and lines up with what the user sees at
+// least as well as the original lined up with what he saw at Edit.
+long FaithfulSave::Verify(const QString &result, const QList<PageToken> &view, QString &reason) const
+{
+    QString difference;
+    if (!ScriptGuard::Keeps(m_source, result, difference)) {
+        reason = QStringLiteral("The page's server script would not have come back as it was (%1).").arg(difference);
+        return 0;
+    }
+    QList<ScriptRegion> regions;
+    const QList<PageToken> tokens = SourceTokens(result, regions);
+    const std::vector<int> match = LineUp(view, tokens);
+    if (Unmatched(match, size_t(tokens.size())) > m_baseline) {
+        reason = QStringLiteral("The change could not be placed in the page's source exactly.");
+        return 0;
+    }
+    return 1;
+}
+
+// ------------------------------------------------------------ marking
+
+QByteArray FaithfulSave::Marked(const QByteArray &original)
+{
+    FaithfulSave reader;
+    reader.m_charset = CPageEncoding::DeclaredCharset(original);
+    const QString source = QString::fromLatin1(original);
+    QList<ScriptRegion> regions;
+    reader.SourceTokens(source, regions);
+    const bool any = std::any_of(regions.cbegin(), regions.cend(), [](const ScriptRegion &r) { return r.marked; });
+    return any ? ScriptRegions::Marked(source, regions).toLatin1() : QByteArray();
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "aspfilter/ScriptRegion.h"
+#include "document/PageToken.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <vector>
+
+// Writes back only what the user changed.
+//
+// The page engine's serialisation is how the program sees a page, never
+// what it sends: it rewrites the author's markup (case, quotes, entities,
+// line ends, implied tags) and knows nothing of the server's script. So
+// the save works on the file's own bytes as the server held them at Edit:
+//
+//  1. At Edit, the source and the engine's view of the loaded page are
+//     read into tokens (PageTokenizer) and lined up (TokenDiff). Server
+//     script is one token on each side: its region in the source, the
+//     stretch between its marker comments in the view (ScriptRegions).
+//     A script page whose regions can't all be found in the view, in
+//     order, is refused here, before the user has typed anything.
+//  2. At Save, the engine's view as it is now is lined up with the view at
+//     Edit. Each run of tokens that changed is put in place of the source
+//     bytes of the tokens it replaces; an insertion goes behind the source
+//     of the token before it. A tag whose attributes changed keeps its own
+//     spelling and gets only the changed values. Script in the new text is
+//     copied from the source, never taken from the engine.
+//  3. The result is checked twice before anything is sent: ScriptGuard
+//     compares its script with the original's, and the result is lined up
+//     with the engine's view once more: it must match that view at least
+//     as well as the original matched the view at Edit.
+//
+// New text is written in the page's charset; characters it lacks become
+// numeric references. Everything else keeps its bytes.
+//
+// Of the two ways to find source positions (a three-way merge of token
+// streams, or the positions of a standards parser run over the source), the
+// merge was chosen: it needs no parser of its own beyond a tokenizer, and it
+// treats the engine as the only judge of what a page means.
+class FaithfulSave
+{
+public:
+    // 1 ready; 0 not possible, with the reason in words for the user.
+    long Prepare(const QByteArray &original, const QString &engineView, QString &reason);
+    // 1 with the bytes to send; 0 with the reason, and nothing may be sent.
+    long Splice(const QString &engineView, QByteArray &result, QString &reason) const;
+
+    bool IsPrepared() const { return m_prepared; }
+    bool HasScript() const { return !m_regions.isEmpty(); }
+    const QByteArray &Original() const { return m_original; }
+    const QString &Charset() const { return m_charset; }
+
+    // The page as the server should run it once: every region between its
+    // marker comments. Empty when the page has no script.
+    static QByteArray Marked(const QByteArray &original);
+
+private:
+    struct Hunk
+    {
+        int a0, a1; // the view at Edit
+        int b0, b1; // the view at Save
+    };
+
+    QList<PageToken> SourceTokens(const QString &source, QList<ScriptRegion> &regions) const;
+    static bool ViewTokens(const QString &view, QList<PageToken> &tokens, QString &reason);
+    static std::vector<int> LineUp(const QList<PageToken> &a, const QList<PageToken> &b);
+    static std::vector<quint64> Keys(const QList<PageToken> &tokens);
+    static int Unmatched(const std::vector<int> &match, size_t otherSize);
+    long CheckRegions(QString &reason) const;
+    long CheckMapping(QString &reason) const;
+    static QList<Hunk> Hunks(const std::vector<int> &match, int sizeA, int sizeB);
+    bool Place(const Hunk &hunk, const QString &view, const QList<PageToken> &tokens, qsizetype &start,
+               qsizetype &end, QString &text) const;
+    QString NewText(const QString &view, const QList<PageToken> &tokens, int from, int to) const;
+    QString Attributes(const PageToken &source, const PageToken &before, const QString &view,
+                       const PageToken &after) const;
+    QString Encoded(const QString &characters) const;
+    long Verify(const QString &result, const QList<PageToken> &view, QString &reason) const;
+    int LineOf(qsizetype position) const;
+
+    bool m_prepared = false;
+    QByteArray m_original;
+    QString m_charset;
+    QString m_source; // the original, one character per byte
+    QList<ScriptRegion> m_regions;
+    QList<PageToken> m_sourceTokens;
+    QString m_view; // the engine's view at Edit
+    QList<PageToken> m_viewTokens;
+    std::vector<int> m_viewToSource;
+    int m_baseline = 0; // tokens that did not line up at Edit
+};
