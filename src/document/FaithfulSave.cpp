@@ -224,6 +224,11 @@ long FaithfulSave::CheckRegions(QString &reason) const
         }
         ++at;
     }
+    if (at != seen.size()) {
+        reason = QStringLiteral("The server printed the output of some of the page's script more than once, "
+                                "from script the editor can't see (an include file).");
+        return 0;
+    }
     return 1;
 }
 

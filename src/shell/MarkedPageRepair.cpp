@@ -25,8 +25,11 @@ QByteArray MarkedPageRepair::StripMarkers(const QByteArray &source)
     const QString id = QStringLiteral("IDNUM");
     const QString start = QRegularExpression::escape(ASPMarkers::StartWrapper(id)).replace(id, QStringLiteral("\\d{5}"));
     const QString end = QRegularExpression::escape(ASPMarkers::EndWrapper(id)).replace(id, QStringLiteral("\\d{5}"));
+    // Today's marks are two comments around each region; the wrappers above
+    // are what sessions of earlier versions left.
+    const QString comments = QStringLiteral("<!--keldasp(?:IN|OUT)#\\d{5}-->");
     QString text = QString::fromLatin1(source);
-    text.remove(QRegularExpression(start + QLatin1Char('|') + end));
+    text.remove(QRegularExpression(start + QLatin1Char('|') + end + QLatin1Char('|') + comments));
     return text.toLatin1();
 }
 

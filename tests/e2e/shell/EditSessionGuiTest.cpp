@@ -320,14 +320,16 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("plain/drop.htm")).contains(">zq</"));
 }
 
-// A script page whose markers don't come back as they went (a block in a
-// loop) is refused: the server has its original again, the user is asked
-// whether to edit the source by hand, and the window browses on. Yes opens
-// the source as the server holds it, and what the user leaves in it goes
-// to the server.
+// A script page whose marks don't come back as they went (a block prints
+// the start of a comment, which swallows the mark behind it) is refused:
+// the server has its original again, the user is asked whether to edit the
+// source by hand, with the reason, and the window browses on. Yes opens the
+// source as the server holds it, and what the user leaves in it goes to the
+// server.
 TEST_F(EditSessionGui, ComplexScriptPageIsPutBackAndTheSourceEditIsOffered)
 {
-    const QByteArray original = servers().readWebFile(QStringLiteral("news.asp"));
+    const QByteArray original = "<HTML><BODY><P id=\"text\">roses are out</P>\r\n<% Response.Write \"<!--\" %>"
+                                "<P>after</P></BODY></HTML>\r\n";
     const QString edited = QString::fromLatin1(original).replace(QStringLiteral("roses are out"),
                                                                  QStringLiteral("tulips are out"));
     for (const long answer : {long(UserQuestions::vbNo), long(UserQuestions::vbYes)}) {
@@ -337,6 +339,7 @@ TEST_F(EditSessionGui, ComplexScriptPageIsPutBackAndTheSourceEditIsOffered)
         Window w;
         EXPECT_FALSE(w.edit(QStringLiteral("news.asp")));
         EXPECT_EQ(countStartingWith(shownTexts(), QStringLiteral("This page contains complex ASP code.")), 1);
+        EXPECT_TRUE(shownTexts().join(QString()).contains(QStringLiteral("broke the page's structure"))) << answer;
         EXPECT_EQ(servers().readWebFile(QStringLiteral("news.asp")),
                   answer == UserQuestions::vbYes ? edited.toLatin1() : original);
         EXPECT_FALSE(onServer(QStringLiteral("news.keldabak")));
