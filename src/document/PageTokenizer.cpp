@@ -11,6 +11,15 @@ bool IsSpace(QChar c)
     return c == u' ' || c == u'\n' || c == u'\r' || c == u'\t' || c == u'\f';
 }
 
+bool IsAscii(QStringView text)
+{
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80)
+            return false;
+    }
+    return true;
+}
+
 bool IsLetter(QChar c)
 {
     return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
@@ -92,12 +101,24 @@ private:
             const qsizetype at = m_text.indexOf(needle, from, cs);
             if (!m_skip)
                 return at;
-            const qsizetype block = m_text.indexOf(u"<%", from);
+            const qsizetype block = NextBlock(from);
             if (block < 0 || (at >= 0 && at < block))
                 return at;
             held = true;
             from = BlockEnd(block);
         }
+    }
+
+    // The next "<%" at or after `from`; the answer is kept, so that a page
+    // with long stretches without script is not searched to its end again
+    // for every tag.
+    qsizetype NextBlock(qsizetype from) const
+    {
+        if (m_nextBlock != -2 && (m_nextBlock < 0 || m_nextBlock >= from) && m_nextBlockFrom <= from)
+            return m_nextBlock;
+        m_nextBlockFrom = from;
+        m_nextBlock = m_text.indexOf(u"<%", from);
+        return m_nextBlock;
     }
 
     QString Characters(qsizetype start, qsizetype end) const
@@ -106,13 +127,13 @@ private:
         return m_decode ? m_decode(slice) : slice.toString();
     }
 
-    void Emit(PageToken::Kind kind, qsizetype start, qsizetype end, const QString &meaning, bool held = false)
+    void Emit(PageToken::Kind kind, qsizetype start, qsizetype end, QStringView meaning, bool held = false)
     {
         PageToken token;
         token.kind = kind;
         token.start = start;
         token.end = end;
-        token.key = TextKey(kind, ParserLineEnds(meaning));
+        token.key = meaning.contains(u'\r') ? TextKey(kind, ParserLineEnds(meaning.toString())) : TextKey(kind, meaning);
         token.holdsBlock = held;
         m_tokens.append(token);
     }
@@ -129,8 +150,9 @@ private:
             qsizetype j = i;
             while (j < end && IsSpace(m_text[j]) == space)
                 ++j;
-            if (space)
-                Emit(PageToken::Space, i, j, m_text.mid(i, j - i).toString());
+            const QStringView slice = m_text.mid(i, j - i);
+            if (space || (!slice.contains(u'&') && (!m_decode || IsAscii(slice))))
+                Emit(space ? PageToken::Space : PageToken::Word, i, j, slice);
             else
                 Emit(PageToken::Word, i, j, HtmlEntities::Decode(Characters(i, j)));
             i = j;
@@ -298,6 +320,8 @@ private:
     QList<PageToken> m_tokens;
     qsizetype m_pos = 0;
     qsizetype m_textStart = -1;
+    mutable qsizetype m_nextBlock = -2; // -2: not searched yet
+    mutable qsizetype m_nextBlockFrom = 0;
 };
 
 QList<PageToken> PageTokenizer::Tokenize(QStringView text, bool skipBlocks, const Decoder &decode)
