@@ -1,0 +1,168 @@
+// The faithful save on text alone: the engine's view is written here as the
+// engine writes it (lower-case tags, quoted attributes, implied tags, LF),
+// so each case shows what the save makes of a real difference between a
+// page's source and what the engine holds.
+
+#include "aspfilter/ScriptGuard.h"
+#include "aspfilter/ScriptRegions.h"
+#include "document/FaithfulSave.h"
+#include "document/PageTokenizer.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QByteArray spliced(const QByteArray &source, const QString &atEdit, const QString &atSave)
+{
+    FaithfulSave save;
+    QString reason;
+    EXPECT_EQ(save.Prepare(source, atEdit, reason), 1) << reason.toStdString();
+    QByteArray out;
+    EXPECT_EQ(save.Splice(atSave, out, reason), 1) << reason.toStdString();
+    return out;
+}
+
+QList<ScriptRegion> regionsOf(const QString &source)
+{
+    return ScriptRegions::Find(source, PageTokenizer::Tokenize(source, true));
+}
+
+QString regionText(const QString &source, const ScriptRegion &r)
+{
+    return source.mid(r.start, r.end - r.start);
+}
+
+} // namespace
+
+// The author's spelling survives everywhere but at the change.
+TEST(FaithfulSave, OnlyTheChangedWordIsWritten)
+{
+    const QByteArray source = "<HTML>\r\n<HEAD><TITLE>T</TITLE></HEAD>\r\n<BODY BGCOLOR=white>\r\n"
+                              "<P ALIGN='left'>Caf&eacute; &amp; Edit me\r\n<P>Two<BR/>"
+                              "<TABLE><TR><TD>cell</TABLE>";
+    const QString atEdit = QStringLiteral("<html><head><title>T</title></head>\n<body bgcolor=\"white\">\n"
+                                          "<p align=\"left\">Café &amp; Edit me\n</p><p>Two<br>"
+                                          "<table><tbody><tr><td>cell</td></tr></tbody></table></p></body></html>");
+    QString atSave = atEdit;
+    atSave.replace(QStringLiteral("Edit me"), QStringLiteral("Typed"));
+    QByteArray expected = source;
+    expected.replace("Edit me", "Typed");
+    EXPECT_EQ(spliced(source, atEdit, atSave), expected);
+}
+
+// New characters go out in the page's charset; what it lacks as numbers.
+TEST(FaithfulSave, NewTextTakesThePageCharset)
+{
+    const QByteArray source = "<html><head><meta charset=windows-1252></head><body><p>R\xE4ksm\xF6rg\xE5s x</p></body></html>";
+    const QString atEdit = QStringLiteral("<html><head><meta charset=\"windows-1252\"></head><body><p>Räksmörgås x</p></body></html>");
+    const QString atSave = QStringLiteral("<html><head><meta charset=\"windows-1252\"></head><body><p>Räksmörgås ö€中</p></body></html>");
+    EXPECT_EQ(spliced(source, atEdit, atSave),
+              QByteArray("<html><head><meta charset=windows-1252></head><body><p>R\xE4ksm\xF6rg\xE5s \xF6\x80&#20013;</p></body></html>"));
+}
+
+// A changed attribute keeps its tag's spelling; a new one is added, a
+// removed one goes with the space before it.
+TEST(FaithfulSave, AttributeChangesKeepTheTag)
+{
+    const QByteArray source = "<BODY><IMG SRC=a.gif WIDTH='10' ALT=\"x\"></BODY>";
+    const QString atEdit = QStringLiteral("<html><head></head><body><img src=\"a.gif\" width=\"10\" alt=\"x\"></body></html>");
+    const QString atSave = QStringLiteral("<html><head></head><body><img src=\"b&amp;c.gif\" width=\"10\" title=\"t\"></body></html>");
+    EXPECT_EQ(spliced(source, atEdit, atSave), QByteArray("<BODY><IMG SRC=\"b&amp;c.gif\" WIDTH='10' title=\"t\"></BODY>"));
+}
+
+// Script is copied from the source around the edit; its output in the
+// engine is never written, also where the engine moved it.
+TEST(FaithfulSave, ScriptStaysAsWrittenAroundAnEdit)
+{
+    const QByteArray source = "<%@ Language=VBScript %>\r\n<HTML><BODY>\r\n<P id=a>Price <%= p %> EUR</P>\r\n"
+                              "<TABLE><TR><TD>h</TD></TR><% While Not rs.EOF %><TR><TD><%= rs(0) %></TD></TR>"
+                              "<% rs.MoveNext : Wend %></TABLE>\r\n<P id=k>Edit me</P></BODY></HTML>\r\n<% Response.Write \"x\" %>";
+    const QString marked = QString::fromLatin1(FaithfulSave::Marked(source));
+    EXPECT_TRUE(marked.startsWith(QStringLiteral("<%@ Language=VBScript %>"))) << "a directive stays first";
+    const QList<ScriptRegion> regions = regionsOf(QString::fromLatin1(source));
+    ASSERT_EQ(regions.size(), 4);
+    EXPECT_TRUE(regionText(QString::fromLatin1(source), regions[2]).startsWith(QStringLiteral("<% While")));
+    EXPECT_TRUE(regionText(QString::fromLatin1(source), regions[2]).endsWith(QStringLiteral("Wend %>")));
+    const QString atEdit = QStringLiteral(
+        "<html><head></head><body>\n<p id=\"a\">Price <!--keldaspIN#00002-->12<!--keldaspOUT#00002--> EUR</p>\n"
+        "<table><tbody><tr><td>h</td></tr><!--keldaspIN#00004--><tr><td>1</td></tr><tr><td>2</td></tr>"
+        "<!--keldaspOUT#00004--></tbody></table>\n<p id=\"k\">Edit me</p>\n"
+        "<!--keldaspIN#00006-->x<!--keldaspOUT#00006--></body></html>");
+    QString atSave = atEdit;
+    atSave.replace(QStringLiteral("Edit me"), QStringLiteral("Typed"));
+    QByteArray expected = source;
+    expected.replace("Edit me", "Typed");
+    EXPECT_EQ(spliced(source, atEdit, atSave), expected);
+}
+
+// A region whose marks did not come back whole refuses the page at Edit.
+TEST(FaithfulSave, LostMarksRefuseThePageAtEdit)
+{
+    const QByteArray source = "<HTML><BODY><P><%= a %></P><P><%= b %></P></BODY></HTML>";
+    FaithfulSave save;
+    QString reason;
+    EXPECT_EQ(save.Prepare(source, QStringLiteral("<html><body><p><!--keldaspIN#00000-->1</p></body></html>"), reason), 0);
+    EXPECT_FALSE(reason.isEmpty());
+    EXPECT_EQ(save.Prepare(source,
+                           QStringLiteral("<html><body><p><!--keldaspIN#00002-->2<!--keldaspOUT#00002--></p>"
+                                          "<p><!--keldaspIN#00000-->1<!--keldaspOUT#00000--></p></body></html>"),
+                           reason),
+              0) << "regions out of order";
+    QByteArray out;
+    EXPECT_EQ(save.Splice(QStringLiteral("<html></html>"), out, reason), 0) << "nothing to save from";
+}
+
+// If, loops, Select and procedures across blocks are one region with the
+// HTML inside; single-line Ifs, strings and comments don't open anything.
+TEST(FaithfulSave, NestingAcrossBlocks)
+{
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% If x Then %>", false), 1);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% If x Then y = 1 %>", false), 0);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% ElseIf y Then %>", false), 0);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% s = \"If a Then\" ' For each %>", false), 0);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% Private Sub Head() %>", false), 1);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% Next : Loop\r\nEnd Select %>", false), -3);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% do while x _\r\n and y %>", false), 1);
+    EXPECT_EQ(ScriptRegions::NestingChange(u"<% if (a) { s = '}'; %>", true), 1);
+    const QString page = QStringLiteral("<select><% Select Case t %><% Case 1 %><option>a<% End Select %></select>"
+                                        "<a href=\"<%=u%>\">x</a><!-- <%=c%> --><title><%=t%></title>");
+    const QList<ScriptRegion> regions = regionsOf(page);
+    ASSERT_EQ(regions.size(), 4);
+    EXPECT_EQ(regionText(page, regions[0]), QStringLiteral("<% Select Case t %><% Case 1 %><option>a<% End Select %>"));
+    EXPECT_EQ(regionText(page, regions[1]), QStringLiteral("<a href=\"<%=u%>\">"));
+    EXPECT_EQ(regionText(page, regions[2]), QStringLiteral("<!-- <%=c%> -->"));
+    EXPECT_EQ(regionText(page, regions[3]), QStringLiteral("<title><%=t%></title>"));
+}
+
+// The guard reads script on its own and refuses any difference.
+TEST(FaithfulSave, GuardRefusesATamperedText)
+{
+    const QString original = QStringLiteral("<%@ x %><p><%= a %></p><!--#include file=\"f.inc\"-->"
+                                            "<script runat=server>Sub S()\nEnd Sub</script>");
+    QString difference;
+    EXPECT_TRUE(ScriptGuard::Keeps(original, original + QStringLiteral("<p>new</p>"), difference));
+    QString tampered = original;
+    EXPECT_FALSE(ScriptGuard::Keeps(original, tampered.replace(QStringLiteral("<%= a %>"), QStringLiteral("<%=a %>")), difference));
+    EXPECT_TRUE(difference.startsWith(QStringLiteral("script changed"))) << difference.toStdString();
+    EXPECT_FALSE(ScriptGuard::Keeps(original, QString(original).remove(QStringLiteral("<!--#include file=\"f.inc\"-->")), difference));
+    EXPECT_FALSE(ScriptGuard::Keeps(original, original + QStringLiteral("<%= a %>"), difference));
+    EXPECT_EQ(ScriptGuard::Pieces(original).size(), 4);
+}
+
+// A save whose change copies script into new text (a block pasted twice)
+// is refused before anything is sent.
+TEST(FaithfulSave, DuplicatedScriptIsRefusedAtSave)
+{
+    const QByteArray source = "<HTML><BODY><P id=a><%= a %></P><P id=k>Edit me</P></BODY></HTML>";
+    const QString atEdit = QStringLiteral("<html><head></head><body><p id=\"a\"><!--keldaspIN#00000-->1<!--keldaspOUT#00000--></p>"
+                                          "<p id=\"k\">Edit me</p></body></html>");
+    QString atSave = atEdit;
+    atSave.replace(QStringLiteral("Edit me"), QStringLiteral("<!--keldaspIN#00000-->1<!--keldaspOUT#00000-->"));
+    FaithfulSave save;
+    QString reason;
+    ASSERT_EQ(save.Prepare(source, atEdit, reason), 1) << reason.toStdString();
+    QByteArray out;
+    EXPECT_EQ(save.Splice(atSave, out, reason), 0);
+    EXPECT_TRUE(out.isEmpty());
+    EXPECT_TRUE(reason.contains(QStringLiteral("script"))) << reason.toStdString();
+}
