@@ -558,7 +558,7 @@ long CDocument::StripLockMarks()
 // has it, and error.log says so.
 long CDocument::MakePageText(QByteArray &bytes)
 {
-    if (CPageMetaTags::CheckCharCodeMetaTag(m_Document) == -1)
+    if (CPageMetaTags::CheckCharCodeMetaTag(m_Document, m_Faithful.IsPrepared()) == -1)
         return -1;
     if (!m_Faithful.IsPrepared())
         return MakeWholePageText(bytes);

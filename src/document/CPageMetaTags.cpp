@@ -32,7 +32,7 @@ constexpr long kUtf8 = 3;
 
 } // namespace
 
-long CPageMetaTags::CheckCharCodeMetaTag(HtmlDocument &doc)
+long CPageMetaTags::CheckCharCodeMetaTag(HtmlDocument &doc, bool keepsBytes)
 {
     HtmlElement head = Head(doc);
     if (head.isNull())
@@ -52,7 +52,7 @@ long CPageMetaTags::CheckCharCodeMetaTag(HtmlDocument &doc)
                 meta.setAttribute(QStringLiteral("content"), ContentOfType(G::TidyCharEncodingType));
             continue;
         }
-        const Action action = AskAboutCharset(meta, content);
+        const Action action = AskAboutCharset(meta, content, keepsBytes);
         if (action == Refuse)
             return -1;
         if (action == Drop)
@@ -128,12 +128,18 @@ QString CPageMetaTags::HttpEquiv(const HtmlElement &meta)
 
 // First match wins, so "windows-1252" is asked about only when the tag does
 // not also name a western ISO charset.
-CPageMetaTags::Action CPageMetaTags::AskAboutCharset(const HtmlElement &meta, const QString &content)
+CPageMetaTags::Action CPageMetaTags::AskAboutCharset(const HtmlElement &meta, const QString &content, bool keepsBytes)
 {
     if (content.contains(QLatin1String("iso-8859-1")) || content.contains(QLatin1String("us-ascii")))
         return Keep;
     if (content.contains(QLatin1String("windows-1252")))
         return AskToConvert(meta, Question(txtWindowsCharset, txtToWestern, false), kLatin1) ? Drop : Keep;
+    // The questions below warn of a page the engine's text can't carry in
+    // its charset. A save into the page's own bytes writes every new
+    // character in that charset (or as a number), so asking would only
+    // offer to rewrite a page that is fine, or refuse to save it.
+    if (keepsBytes)
+        return Keep;
     const QString toUnicode = Question(txtUnsavableCharset, txtToUnicode, false);
     if (content.contains(QLatin1String("iso-8859-2")))
         return AskToConvert(meta, toUnicode, kUtf8) ? Drop : Keep;

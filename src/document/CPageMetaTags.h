@@ -15,7 +15,10 @@ public:
     // 1, or -1 when the user chose not to convert a charset the program
     // cannot save: the page must not be saved then. May switch Tidy on and
     // change its encoding; both are stored in the settings.
-    static long CheckCharCodeMetaTag(HtmlDocument &doc);
+    // keepsBytes: the save writes the page's own bytes and new text in the
+    // page's charset, so a page in UTF-8 or another charset loses nothing
+    // and is not asked about; only the windows-1252 advice remains.
+    static long CheckCharCodeMetaTag(HtmlDocument &doc, bool keepsBytes = false);
 
     // Expires -1, Pragma no-cache and Last-Modified strSaveDate, each set on
     // the page's own tag or added at the end of the head. 1, or 0 with the
@@ -30,7 +33,7 @@ private:
     static HtmlElement Head(const HtmlDocument &doc);
     static QList<HtmlElement> HeadMetas(const HtmlElement &head);
     static QString HttpEquiv(const HtmlElement &meta);
-    static Action AskAboutCharset(const HtmlElement &meta, const QString &content);
+    static Action AskAboutCharset(const HtmlElement &meta, const QString &content, bool keepsBytes);
     static bool AskToConvert(const HtmlElement &meta, const QString &question, long type);
     static QString Question(long firstPart, long lastPart, bool warnNo);
     static void SwitchTidyOn(long type);

@@ -125,6 +125,28 @@ TEST_F(PageMetaTags, EachCharsetWithEachAnswer)
     }
 }
 
+// A save into the page's own bytes keeps any charset without a question;
+// only the windows-1252 advice is still given.
+TEST_F(PageMetaTags, ASaveThatKeepsTheBytesAsksOnlyAboutWindows1252)
+{
+    for (const char *charset : {"utf-8", "iso-8859-2", "gbk", "shift_jis"}) {
+        SCOPED_TRACE(charset);
+        SetUp();
+        HtmlDocument doc = open(charsetTag(QString::fromLatin1(charset)));
+        Q::Script({});
+        EXPECT_EQ(CPageMetaTags::CheckCharCodeMetaTag(doc, true), 1);
+        EXPECT_TRUE(Q::ShownSoFar().isEmpty());
+        EXPECT_TRUE(head(doc).contains(QStringLiteral("\"Content-Type\"")));
+        Q::EndScript();
+    }
+    SetUp();
+    HtmlDocument doc = open(charsetTag(QStringLiteral("windows-1252")));
+    Q::Script({Q::vbNo});
+    EXPECT_EQ(CPageMetaTags::CheckCharCodeMetaTag(doc, true), 1);
+    EXPECT_EQ(Q::ShownSoFar().size(), 1);
+    Q::EndScript();
+}
+
 TEST_F(PageMetaTags, QuestionsShowTheirTitleTextAndTheTag)
 {
     HtmlDocument doc = open(charsetTag(QStringLiteral("koi8-r")));
