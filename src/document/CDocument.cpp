@@ -344,7 +344,7 @@ long CDocument::EditOnFrameset()
 
 long CDocument::EditOnPage()
 {
-    m_boolEditedAsHTML = m_boolASPEdited = m_boolStreamChanged = false;
+    m_boolEditedAsHTML = m_boolASPEdited = false;
     m_Objects.clear();
     // Content a script adds after the page has loaded is counted from the
     // moment the document was bound: the few milliseconds between two reads

@@ -144,7 +144,6 @@ private:
     QString m_strRefusal;
     bool m_boolEditedAsHTML = false;
     bool m_boolASPEdited = false;
-    bool m_boolStreamChanged = false;
     bool m_boolIsIFrame = false;
     bool m_boolGlyphsOn = false;
     int m_lElementsAtInit = 0; // the page's element count when it was bound

@@ -8,6 +8,7 @@
 #include "document/TokenDiff.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -70,6 +71,11 @@ long FaithfulSave::Prepare(const QByteArray &original, const QString &engineView
     }
     m_source = QString::fromLatin1(original);
     m_sourceTokens = SourceTokens(m_source, m_regions);
+    m_regionTokens.clear();
+    for (int s = 0; s < m_sourceTokens.size(); ++s) {
+        if (m_sourceTokens[s].kind == PageToken::Script)
+            m_regionTokens.insert(m_sourceTokens[s].key, s);
+    }
     m_view = engineView;
     if (!ViewTokens(m_view, m_viewTokens, reason))
         return 0;
@@ -207,15 +213,17 @@ long FaithfulSave::CheckRegions(QString &reason) const
         const int s = m_viewToSource[size_t(i)];
         seen.append(s >= 0 && m_sourceTokens[s].kind == PageToken::Script ? s : -1);
     }
+    QSet<qsizetype> marked;
+    for (const ScriptRegion &r : m_regions) {
+        if (r.marked)
+            marked.insert(r.start);
+    }
     int at = 0;
     for (int s = 0; s < m_sourceTokens.size(); ++s) {
         const PageToken &t = m_sourceTokens[s];
         if (t.kind != PageToken::Script)
             continue;
-        const bool marked = std::any_of(m_regions.cbegin(), m_regions.cend(), [&](const ScriptRegion &r) {
-            return r.marked && r.start == t.start;
-        });
-        if (!marked)
+        if (!marked.contains(t.start))
             continue;
         if (at >= seen.size() || seen[at] != s) {
             reason = QStringLiteral("The output of the server script on line %1 could not be found in the page "
@@ -361,13 +369,9 @@ QString FaithfulSave::NewText(const QString &view, const QList<PageToken> &token
     QString text;
     for (int b = from; b < to; ++b) {
         const PageToken &t = tokens[b];
-        const auto region = t.kind != PageToken::Script
-                                ? m_sourceTokens.cend()
-                                : std::find_if(m_sourceTokens.cbegin(), m_sourceTokens.cend(), [&](const PageToken &s) {
-                                      return s.kind == PageToken::Script && s.key == t.key;
-                                  });
-        if (region != m_sourceTokens.cend())
-            text += QStringView(m_source).mid(region->start, region->end - region->start);
+        const int region = t.kind == PageToken::Script ? m_regionTokens.value(t.key, -1) : -1;
+        if (region >= 0)
+            text += QStringView(m_source).mid(m_sourceTokens[region].start, m_sourceTokens[region].end - m_sourceTokens[region].start);
         else
             text += Encoded(view.mid(t.start, t.end - t.start));
     }

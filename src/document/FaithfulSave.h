@@ -4,6 +4,7 @@
 #include "document/PageToken.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -87,6 +88,7 @@ private:
     QString m_source; // the original, one character per byte
     QList<ScriptRegion> m_regions;
     QList<PageToken> m_sourceTokens;
+    QHash<quint64, int> m_regionTokens; // a region's key to its source token
     QString m_view; // the engine's view at Edit
     QList<PageToken> m_viewTokens;
     std::vector<int> m_viewToSource;
