@@ -243,10 +243,12 @@ FtpControl::FtpControl(QObject *parent)
     : QObject(parent)
 {
     resetHandle();
+    instances().append(this);
 }
 
 FtpControl::~FtpControl()
 {
+    instances().removeOne(this);
     // Closing the connection says QUIT to the server.
     curl_multi_cleanup(static_cast<CURLM *>(m_multi));
     curl_easy_cleanup(m_curl);
@@ -593,6 +595,19 @@ void FtpControl::Abort()
 {
     if (m_busy)
         m_abort = true;
+}
+
+// Controls live on the main thread only, so the list needs no lock.
+QList<FtpControl *> &FtpControl::instances()
+{
+    static QList<FtpControl *> list;
+    return list;
+}
+
+void FtpControl::AbortRunning()
+{
+    for (FtpControl *control : instances())
+        control->Abort();
 }
 
 void FtpControl::Interrupt()

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <QList>
 #include <QStringList>
 
 #include <atomic>
@@ -67,6 +68,10 @@ public:
     long Download();
     // Ends the running call with an error; the call returns at once after.
     void Abort();
+    // Ends the running call of every control: the Cancel of a wait dialog,
+    // which does not know which client is waiting. Only the calls running
+    // now are ended; the caller's next call (a repair, a put-back) runs.
+    static void AbortRunning();
     void Interrupt();
     void DoEvents();
     long DeleteFile(const QString &name);
@@ -97,6 +102,8 @@ private:
     void post(std::function<void()> event);
     void resetHandle();
     int run();
+
+    static QList<FtpControl *> &instances();
 
     CURL *m_curl = nullptr;
     void *m_multi = nullptr; // holds the open connection between calls
