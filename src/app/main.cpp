@@ -1,7 +1,10 @@
 #include "history/frmBrowser.h"
 #include "platform/PageEngineEnvironment.h"
 #include "shell/frmVindrell.h"
+#include "support/MResources.h"
 #include "support/QtMessagePresenter.h"
+#include "support/TempFolderCheck.h"
+#include "support/UserQuestions.h"
 #include "transfer/frmTransferStatusEx.h"
 
 #include <QApplication>
@@ -11,6 +14,21 @@
 int main(int argc, char *argv[])
 {
     PageEngineEnvironment::prepare();
+    // error.log and the working copies of pages go into the temporary
+    // folder; one that another user owns, or a link he planted, would hand
+    // him what is written there. The message goes to the console, and into
+    // a box as well when there is a display to show one.
+    MResources::InitLangSupport();
+    const QString tempProblem = TempFolderCheck::Problem();
+    if (!tempProblem.isEmpty()) {
+        std::fprintf(stderr, "%s\n", tempProblem.toLocal8Bit().constData());
+        if (PageEngineEnvironment::hasDisplay()) {
+            QApplication app(argc, argv);
+            QtMessagePresenter::install();
+            UserQuestions::MsgBox(tempProblem, UserQuestions::vbCritical);
+        }
+        return 2;
+    }
     if (!PageEngineEnvironment::hasDisplay()) {
         std::fprintf(stderr,
                      "keldacms needs a display to show its window, and none is set "
