@@ -3,6 +3,7 @@
 #include "BlockingCall.h"
 #include "CurlErrorMap.h"
 #include "FtpListParser.h"
+#include "TraceScrubber.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -189,11 +190,11 @@ struct FtpCallbacks
     {
         if (line.isEmpty())
             return;
-        QString shown = line;
+        // The trace may be shown or logged: no password, proxy credentials
+        // (an HTTP tunnel's CONNECT comes through here too) or cookie in it.
+        const QString shown = TraceScrubber::scrub(line);
         if (direction == 0) {
             call.lastCommand = line.section(QLatin1Char(' '), 0, 0).toUpper();
-            if (call.lastCommand == QLatin1String("PASS"))
-                shown = QStringLiteral("PASS ****");
             static const QStringList dataCommands = {QStringLiteral("PASV"), QStringLiteral("EPSV"),
                                                      QStringLiteral("PORT"), QStringLiteral("EPRT")};
             if (dataCommands.contains(call.lastCommand))
