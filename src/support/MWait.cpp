@@ -35,6 +35,28 @@ void MWait::Wait_Start(const QString &strText, QWidget *parent, const std::funct
     s_dialog = dialog;
 }
 
+void MWait::Wait_Stopping(const QString &strText, QWidget *parent)
+{
+    if (!s_dialog) {
+        Wait_Start(strText, parent, {}, QStringLiteral("stopping"));
+        return;
+    }
+    s_dialog->SetText(strText);
+    s_dialog->EnableCancel(false);
+    s_dialog->show();
+}
+
+void MWait::EnableCancel(bool enabled)
+{
+    if (s_dialog)
+        s_dialog->EnableCancel(enabled);
+}
+
+bool MWait::CancelEnabled()
+{
+    return s_dialog && s_dialog->CancelEnabled();
+}
+
 void MWait::Wait_End()
 {
     if (s_dialog)

@@ -36,6 +36,11 @@ void frmWait::EnableCancel(bool enabled)
     cmdCancel->setEnabled(enabled);
 }
 
+bool frmWait::CancelEnabled() const
+{
+    return cmdCancel->isEnabled();
+}
+
 // The dialog goes away first: what the cancel runs may ask the user
 // something, and that question must not stand behind this window.
 void frmWait::cmdCancel_Click()

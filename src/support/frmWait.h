@@ -21,6 +21,7 @@ public:
     void SetText(const QString &text);
     // Cancel is offered only to work that can stop half-way.
     void EnableCancel(bool enabled);
+    bool CancelEnabled() const;
     void SetOnCancel(std::function<void()> onCancel) { m_onCancel = std::move(onCancel); }
 
     QPushButton *CancelButton() const { return cmdCancel; }
