@@ -6,6 +6,7 @@
 #include "config/MGlobalProjectObjects.h"
 #include "document/CDocument.h"
 #include "objects/frmDocumentInnerHTML.h"
+#include "platform/FtpControl.h"
 #include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -20,6 +21,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QPushButton>
+#include <QTimer>
 
 namespace {
 constexpr long kEnteringEditMode = 14000;
@@ -34,7 +36,9 @@ constexpr long kCMSNotSaved = 14009;
 constexpr long kTransferError = 14010;
 constexpr long kSaving = 23001;
 constexpr long kWrittenWhole = 22104; // a page saved as the engine writes it
-const QString kNoCancel = QStringLiteral("disable cancel button");
+constexpr long kSaveCancelled = 22150;
+constexpr long kStoppingEntry = 22151;
+constexpr long kStoppingSave = 22152;
 // The short waits that let the page engine settle before the frames are read.
 constexpr int kSettleMs = 80;
 
@@ -79,6 +83,23 @@ void EditSession::OnPageEvent(const PageEvent &event)
 }
 
 EditSession::~EditSession() = default;
+
+EditSession::StepGuard::StepGuard(EditSession &session)
+    : m_session(session)
+{
+    ++m_session.m_nRunning;
+}
+
+// The close comes again from the event loop, once every handler and its
+// nested loops are gone from the stack.
+EditSession::StepGuard::~StepGuard()
+{
+    if (--m_session.m_nRunning > 0 || !m_session.m_boolCloseWhenDone)
+        return;
+    m_session.m_boolCloseWhenDone = false;
+    frmVindrell *form = &m_session.m_form;
+    QTimer::singleShot(0, form, [form] { form->close(); });
+}
 
 // A failed logon is not reported here: the step that needs the server
 // reports it in its own words.
@@ -135,6 +156,13 @@ void EditSession::cmdEdit_Click()
 
 void EditSession::Press()
 {
+    if (m_boolEntering) {
+        // A cancelled entry is still putting the server back.
+        SetEditValue(false);
+        nClickDepth = 0;
+        return;
+    }
+    StepGuard running(*this);
     MWait::g_boolWaitCancelled = false;
     if (!m_form.SiteOfPageOrOffer()) {
         SetEditValue(false);
@@ -153,16 +181,34 @@ void EditSession::Press()
     Hourglass(true);
     boolEditAborted = false;
     m_boolSavedInSession = false;
-    MWait::Wait_Start(L(kEnteringEditMode), &m_form, [this] { m_form.EditButton()->setChecked(false); }, QString());
+    MWait::Wait_Start(
+        L(kEnteringEditMode), &m_form,
+        [this] {
+            CancelEntry();
+            m_form.EditButton()->setChecked(false);
+        },
+        QString());
     m_form.cmdEditEnable(false);
     int step = 7;
     m_boolEntering = true;
     const long entered = Enter(step);
     m_boolEntering = false;
     if (entered == 0)
-        return Trap(QStringLiteral("cmdEdit_Click"), step);
-    if (entered == 1)
-        CommonTail();
+        Trap(QStringLiteral("cmdEdit_Click"), step);
+    else if (entered == 1 || boolEditAborted)
+        CommonTail(); // a cancelled entry gives the window back only now
+}
+
+// The call the entry waits on fails at once, and the entry stops at its
+// next check, which puts the marked pages back. A put-back under way is
+// let finish: the entry stops after it.
+void EditSession::CancelEntry()
+{
+    if (boolEditAborted)
+        return;
+    boolEditAborted = true;
+    if (!m_boolPuttingBack)
+        FtpControl::AbortRunning();
 }
 
 // 1 the session stands, -1 the entry ended on its own terms, 0 error.
@@ -180,6 +226,8 @@ long EditSession::Enter(int &step)
     step = 8;
     // Inside the entry: a Cancel during the logon leaves the client alone.
     HoldConnection();
+    if (StopIfAborted())
+        return -1;
     LoadCMSData();
     if (StopIfAborted())
         return -1;
@@ -246,6 +294,12 @@ void EditSession::LoadCMSData()
 {
     ResetCMSTables();
     const long result = CCMS().GetCMSData();
+    if (boolEditAborted) {
+        // What a Cancel cut short is no news to the user.
+        if (MError::ErrorNumber() != 0)
+            MError::LogError();
+        return;
+    }
     const bool missing = result == -1 || result == -2;
     m_boolCMSLoaded = result == 1;
     if (missing)
@@ -356,10 +410,18 @@ void EditSession::EndQuietly()
     DropConnection();
 }
 
+// The originals go back whatever the user does meanwhile: the wait's Cancel
+// is withdrawn, and a close only stops the entry after the put-back.
 long EditSession::RemoveASPTags()
 {
+    const bool couldCancel = MWait::CancelEnabled();
+    MWait::EnableCancel(false);
+    m_boolPuttingBack = true;
     const long status = m_ASP.RemoveASPTags();
+    m_boolPuttingBack = false;
     m_ASP.ReleaseFilters();
+    if (couldCancel && !boolEditAborted)
+        MWait::EnableCancel(true);
     return status;
 }
 
@@ -373,6 +435,8 @@ long EditSession::DoTheServerSideDance()
     m_ASP.ResetOriginals();
     bool someASP = false;
     for (const auto &doc : m_Documents) {
+        if (boolEditAborted)
+            break;
         QString strURL;
         doc->GetURL(strURL);
         const QString ext = strURL.right(3).toLower();
@@ -387,7 +451,7 @@ long EditSession::DoTheServerSideDance()
             m_ASP.AddSource(doc->boolNoEdit ? QByteArray() : Source(*doc));
         }
     }
-    if (someASP)
+    if (someASP && !boolEditAborted)
         ReloadMarkedPages();
     ReleaseDocuments();
     return someASP ? 1 : -1;
@@ -562,19 +626,21 @@ long EditSession::EditAspDocument(long nDoc)
 
 // ---------------------------------------------------------------- release
 
-// The entry below still holds the documents it is working on: the window is
-// given back to the user now, and the entry takes its documents down at its
-// next check of boolEditAborted.
+// The entry below still holds the documents it is working on: it takes them
+// down at its next check of boolEditAborted and puts the marked pages back;
+// the wait says so meanwhile, and Edit comes back when the entry is down.
 void EditSession::ReleaseDuringEntry()
 {
-    boolEditAborted = true;
+    CancelEntry();
     LockBrowser(false);
     m_form.SaveButton()->setEnabled(false);
-    CommonTail();
+    MWait::Wait_Stopping(L(kStoppingEntry), &m_form);
+    nClickDepth = 0;
 }
 
 void EditSession::Release()
 {
+    StepGuard running(*this);
     Hourglass(true);
     m_form.cmdEditEnable(false);
     if (MWait::g_boolWaitCancelled) {
@@ -600,16 +666,9 @@ void EditSession::Release()
 // skipped.
 long EditSession::AskToSave(bool &boolKeepEditing)
 {
-    bool dirty = false;
     bool aspEdited = false;
-    for (const auto &doc : m_Documents) {
-        bool flag = false;
-        if (!dirty && doc->GetDirty(flag) == 1)
-            dirty = flag;
-        if (!aspEdited && doc->GetASPEdited(flag) == 1)
-            aspEdited = flag;
-    }
-    if (!dirty || m_boolSaving || aspEdited)
+    const bool dirty = UnsavedChanges(aspEdited);
+    if (!dirty || m_boolSaving || aspEdited || m_boolReleaseQuietly)
         return dirty ? 1 : 0;
     const long answer = UserQuestions::MsgBox(L(kSaveChanges), UserQuestions::vbYesNoCancel | UserQuestions::vbQuestion);
     if (answer == UserQuestions::vbYes) {
@@ -626,6 +685,64 @@ long EditSession::AskToSave(bool &boolKeepEditing)
         Hourglass(false);
     }
     return 1;
+}
+
+// Whether some document is dirty; aspEdited when the source of one was
+// edited by hand (it went to the server then).
+bool EditSession::UnsavedChanges(bool &aspEdited) const
+{
+    bool dirty = false;
+    aspEdited = false;
+    for (const auto &doc : m_Documents) {
+        bool flag = false;
+        if (!dirty && doc->GetDirty(flag) == 1)
+            dirty = flag;
+        if (!aspEdited && doc->GetASPEdited(flag) == 1)
+            aspEdited = flag;
+    }
+    return dirty;
+}
+
+bool EditSession::QueryClose()
+{
+    if (m_nRunning > 0) {
+        m_boolCloseWhenDone = true;
+        if (m_boolEntering && !boolEditAborted) {
+            CancelEntry();
+            MWait::Wait_Stopping(L(kStoppingEntry), &m_form);
+        } else if (m_boolSaving) {
+            CancelSave();
+        }
+        return false;
+    }
+    if (!m_boolDocumentLoaded || !m_form.EditButton()->isChecked())
+        return true;
+    StepGuard running(*this);
+    bool aspEdited = false;
+    if (UnsavedChanges(aspEdited) && !aspEdited) {
+        const long answer =
+            UserQuestions::MsgBox(L(kSaveChanges), UserQuestions::vbYesNoCancel | UserQuestions::vbQuestion);
+        if (answer == UserQuestions::vbCancel) {
+            m_boolCloseWhenDone = false; // the user's last word keeps the window
+            return false;
+        }
+        if (answer == UserQuestions::vbYes) {
+            // A save that succeeds ends the session itself.
+            cmdSave_MouseUp();
+            if (m_boolDocumentLoaded)
+                return false;
+            m_boolCloseWhenDone = false;
+            return true;
+        }
+    }
+    // The release ends the session as Edit's does, without its question.
+    m_boolReleaseQuietly = true;
+    m_form.EditButton()->setChecked(false);
+    m_boolReleaseQuietly = false;
+    if (m_boolDocumentLoaded)
+        return false;
+    m_boolCloseWhenDone = false;
+    return true;
 }
 
 // Every error on the way out is passed over: the session must end.
@@ -669,7 +786,8 @@ void EditSession::CommonTail()
 
 // The trap of a press: the session ends where it stands. A marked page
 // still on the server goes back first. An error that a Cancel caused is
-// not shown: the user has been told that the editing was aborted.
+// not shown: the user has been told that the editing was aborted, or he
+// is closing the window.
 void EditSession::Trap(const QString &procedure, int step)
 {
     MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
@@ -688,7 +806,7 @@ void EditSession::Trap(const QString &procedure, int step)
     LockBrowser(false);
     m_form.cmdEditEnable(true);
     nClickDepth = 0;
-    if (MWait::g_boolWaitCancelled)
+    if (MWait::g_boolWaitCancelled || boolEditAborted)
         return;
     MError::SetError(number, description, source);
     MError::ShowError();
@@ -698,7 +816,9 @@ void EditSession::Trap(const QString &procedure, int step)
 
 void EditSession::cmdSave_MouseUp()
 {
-    MWait::Wait_Start(L(kSaving), &m_form, {}, kNoCancel);
+    StepGuard running(*this);
+    m_boolSaveCancelled = false;
+    MWait::Wait_Start(L(kSaving), &m_form, [this] { CancelSave(); }, QString());
     Hourglass(true);
     m_boolSaving = true;
     m_form.cmdEditEnable(false);
@@ -709,18 +829,27 @@ void EditSession::cmdSave_MouseUp()
     MGlobalProjectObjects::g_strSaveDate = HttpDate::Format(QDateTime::currentDateTimeUtc());
     MGlobalProjectObjects::g_boolSaveDateValid = true;
     int step = 4;
-    if (SaveDocuments(-1, step) == 0) {
-        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
-                                QStringLiteral("frmVindrell.cmdSave_MouseUp {line: %1 URL: %2}")
-                                    .arg(step)
-                                    .arg(m_IE->LocationURL()));
+    const long saved = SaveDocuments(-1, step);
+    // The save's Cancel is told below; the release must not take it for the
+    // Cancel of an entry.
+    MWait::g_boolWaitCancelled = false;
+    if (saved == 0) {
+        // The session stays: the user keeps his edit and may save again.
+        if (!m_boolSaveCancelled)
+            MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(),
+                                    QStringLiteral("frmVindrell.cmdSave_MouseUp {line: %1 URL: %2}")
+                                        .arg(step)
+                                        .arg(m_IE->LocationURL()));
         MWait::Wait_End();
         Hourglass(false);
         m_boolSaving = false;
         m_form.SaveButton()->setChecked(false);
         m_form.SaveButton()->setEnabled(true);
         m_form.cmdEditEnable(true);
-        MError::ShowError();
+        if (m_boolSaveCancelled)
+            ReportCancelledSave();
+        else
+            MError::ShowError();
         return;
     }
     m_boolSavedInSession = true;
@@ -733,16 +862,40 @@ void EditSession::cmdSave_MouseUp()
     m_boolSaving = false;
 }
 
+// The transfer under way fails at once; the transfer layer leaves the page
+// whole, and the save goes no further than that page.
+void EditSession::CancelSave()
+{
+    if (m_boolSaveCancelled)
+        return;
+    m_boolSaveCancelled = true;
+    FtpControl::AbortRunning();
+    MWait::Wait_Stopping(L(kStoppingSave), &m_form);
+}
+
+// The transfer the Cancel cut short has left a pending error that says
+// which page the server holds now; a Cancel that came between two
+// transfers has only this to say.
+void EditSession::ReportCancelledSave()
+{
+    if (MError::ErrorNumber() != 0)
+        MError::ShowError();
+    else
+        UserQuestions::MsgBox(L(kSaveCancelled), UserQuestions::vbInformation);
+}
+
 // Saves every document that is edited, first to last, but lSkipDoc; the
-// first failure stops the rest. Then the CMS data, when the session loaded
-// some: a site without CMS data gets no file it never asked for.
+// first failure, or a Cancel, stops the rest. Then the CMS data, when the
+// session loaded some: a site without CMS data gets no file it never asked
+// for.
 long EditSession::SaveDocuments(long lSkipDoc, int &step)
 {
     const auto documents = m_Documents;
     for (size_t n = 0; n < documents.size(); ++n) {
         if (long(n) == lSkipDoc || documents[n]->boolNoEdit)
             continue;
-        if (documents[n]->Save() == 0)
+        const long saved = documents[n]->Save();
+        if (saved == 0 || m_boolSaveCancelled)
             return 0;
     }
     step = 5;
@@ -758,11 +911,17 @@ long EditSession::SaveDocuments(long lSkipDoc, int &step)
 
 long EditSession::EditASPStop(long lEditedDoc_p)
 {
+    StepGuard running(*this);
+    m_boolSaveCancelled = false;
     DeleteCachedDocs();
     int step = 1;
     m_boolSaving = true;
-    if (SaveDocuments(lEditedDoc_p, step) == 0)
-        MError::ShowError();
+    if (SaveDocuments(lEditedDoc_p, step) == 0) {
+        if (m_boolSaveCancelled)
+            ReportCancelledSave();
+        else
+            MError::ShowError();
+    }
     m_form.EditButton()->setChecked(false);
     m_form.SaveButton()->setChecked(false);
     m_form.cmdEditEnable(true);

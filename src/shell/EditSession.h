@@ -27,6 +27,11 @@ class frmVindrell;
 // nClickDepth lets a change of the Edit button made by the code itself fall
 // through, and boolEditAborted tells a running entry that the wait dialog's
 // Cancel has already ended the session under it.
+//
+// A Cancel (of the wait dialog, or a close of the window) ends the FTP call
+// under way at once. The entry then puts every marked page back, and that
+// put-back is never cut short; a save stops after the page it was sending,
+// which the transfer layer leaves whole, old or new.
 class EditSession
 {
 public:
@@ -38,6 +43,15 @@ public:
     // The Edit button changed its state: both directions of the session.
     void cmdEdit_Click();
     void cmdSave_MouseUp();
+
+    // The window wants to close: true when it may close now. A step under
+    // way (entry, save, release) is cancelled, or let finish when it only
+    // puts the server back, and the window is closed again once it is down.
+    // Changes are asked about (Save / Don't save / Cancel); a session
+    // without changes simply ends.
+    bool QueryClose();
+    // Some handler of the session is under way, with its nested loops.
+    bool Running() const { return m_nRunning > 0; }
 
     // 1 some page was a script page and was marked, -1 none was, 0 error.
     long DoTheServerSideDance();
@@ -62,7 +76,25 @@ public:
     bool Aborted() const { return boolEditAborted; }
 
 private:
+    // Counts a handler under way; the last one to end closes the window
+    // when a close came meanwhile.
+    class StepGuard
+    {
+    public:
+        explicit StepGuard(EditSession &session);
+        ~StepGuard();
+        StepGuard(const StepGuard &) = delete;
+        StepGuard &operator=(const StepGuard &) = delete;
+
+    private:
+        EditSession &m_session;
+    };
+
     void OnPageEvent(const PageEvent &event);
+    void CancelEntry();
+    void CancelSave();
+    void ReportCancelledSave();
+    bool UnsavedChanges(bool &aspEdited) const;
     void Press();
     long Enter(int &step);
     long EnterDocuments(int &step);
@@ -119,4 +151,9 @@ private:
     bool m_boolKeepSources = false; // the documents being bound are for editing
     int nClickDepth = 0;
     bool boolEditAborted = false;
+    int m_nRunning = 0;
+    bool m_boolCloseWhenDone = false;
+    bool m_boolSaveCancelled = false;
+    bool m_boolPuttingBack = false;
+    bool m_boolReleaseQuietly = false; // a close ends the session: nothing is asked
 };

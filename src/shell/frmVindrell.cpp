@@ -279,10 +279,16 @@ long frmVindrell::checkForNewVersions(long &answer)
     return 1;
 }
 
+// The edit session decides first: a step under way is stopped and the
+// window closes once it is down (never while a network call still runs
+// under the close), and changes on the page are asked about.
 void frmVindrell::closeEvent(QCloseEvent *event)
 {
+    if (!m_session->QueryClose()) {
+        event->ignore();
+        return;
+    }
     Form_QueryUnload();
-    // The close is never refused, and an unsaved page is not asked about.
     event->accept();
 }
 
