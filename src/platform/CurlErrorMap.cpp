@@ -10,7 +10,7 @@ long CurlErrorMap::networkError(CURLcode code, long osErrno)
     case CURLE_COULDNT_RESOLVE_PROXY:
         return ControlError::ProxyNotFound;
     case CURLE_OPERATION_TIMEDOUT:
-        return ControlError::Refused;
+        return ControlError::TimedOut;
     case CURLE_COULDNT_CONNECT:
         if (osErrno == ENETDOWN || osErrno == ENETUNREACH)
             return ControlError::NetworkDown;

@@ -6,6 +6,7 @@
 #include "TraceScrubber.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QPointer>
 #include <QRegularExpression>
@@ -375,6 +376,11 @@ long FtpControl::perform(Call &call, const QString &url,
 {
     if (m_busy)
         return fail(ControlError::Busy, QStringLiteral("Another call is running."));
+    if (refusedLogons().contains(logonKey())) {
+        m_connected = false;
+        return fail(ControlError::LoginRefused,
+                    QStringLiteral("530 This user name and password were refused before; they are not tried again."));
+    }
     m_busy = true;
     m_abort = false;
     m_errorNumber = 0;
@@ -413,10 +419,14 @@ long FtpControl::finish(Call &call, int result)
     const auto code = CURLcode(result);
     if (code == CURLE_OK)
         return 1;
-    if (m_abort)
-        return fail(ControlError::DataConnection, QStringLiteral("Aborted by the caller."));
+    if (m_abort) {
+        // libcurl closes a connection whose call was ended under it.
+        m_connected = false;
+        return fail(ControlError::Aborted, QStringLiteral("Aborted by the caller."));
+    }
     if (code == CURLE_LOGIN_DENIED) {
         m_connected = false;
+        refusedLogons().insert(logonKey());
         // A refused user name is the login refusal proper; a refused
         // password comes as a protocol failure that starts with the reply.
         const long number = call.lastCommand == QLatin1String("USER") ? ControlError::LoginRefused
@@ -428,6 +438,10 @@ long FtpControl::finish(Call &call, int result)
         return fail(ControlError::Protocol, call.errorReply);
     const long osErrno = call.osErrno;
     const QString description = CurlErrorMap::describe(code, call.detail);
+    if (code == CURLE_OPERATION_TIMEDOUT) {
+        m_connected = false;
+        return fail(ControlError::TimedOut, description);
+    }
     if (call.dataPhase)
         return fail(ControlError::DataConnection, description);
     if (const long network = CurlErrorMap::networkError(code, osErrno)) {
@@ -515,6 +529,14 @@ long FtpControl::Command(const QString &command)
 long FtpControl::DeleteFile(const QString &name)
 {
     return Command(QStringLiteral("DELE ") + name);
+}
+
+long FtpControl::Rename(const QString &from, const QString &to)
+{
+    Call call;
+    return sendQuoted({QStringLiteral("CWD ") + folderPath(m_path), QStringLiteral("RNFR ") + from,
+                       QStringLiteral("RNTO ") + to},
+                      call);
 }
 
 long FtpControl::MakeDirectory(const QString &name)
@@ -605,8 +627,29 @@ QList<FtpControl *> &FtpControl::instances()
     return list;
 }
 
+quint64 FtpControl::s_abortSerial = 0;
+
+QSet<QByteArray> &FtpControl::refusedLogons()
+{
+    static QSet<QByteArray> refused;
+    return refused;
+}
+
+QByteArray FtpControl::logonKey() const
+{
+    const QString key = RemoteHost + QLatin1Char('\n') + QString::number(RemotePort) + QLatin1Char('\n') + User
+                        + QLatin1Char('\n') + Password;
+    return QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256);
+}
+
+quint64 FtpControl::AbortSerial()
+{
+    return s_abortSerial;
+}
+
 void FtpControl::AbortRunning()
 {
+    ++s_abortSerial;
     for (FtpControl *control : instances())
         control->Abort();
 }

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QList>
+#include <QSet>
 #include <QStringList>
 
 #include <atomic>
@@ -30,7 +31,10 @@ public:
     QString User;
     QString Password;
     bool Passive = true;
-    int Timeout = 0; // seconds; 0 lets a call run to its end or failure
+    // Seconds a reply may take, and a transfer may move no byte, before the
+    // call fails with ControlError::TimedOut; also the limit of a connect.
+    // 0 lets a call wait as long as the server takes.
+    int Timeout = 0;
     bool Overwrite = false;
     // 0 default and 2 binary move the bytes unchanged: a UNIX server keeps a
     // file as it was sent, so a page comes back byte for byte. 1 is ASCII:
@@ -72,9 +76,14 @@ public:
     // which does not know which client is waiting. Only the calls running
     // now are ended; the caller's next call (a repair, a put-back) runs.
     static void AbortRunning();
+    // Counts the calls of AbortRunning: a multi-step operation that notes it
+    // at its start sees a Cancel that came between two of its calls.
+    static quint64 AbortSerial();
     void Interrupt();
     void DoEvents();
     long DeleteFile(const QString &name);
+    // RNFR and RNTO on one command line each, with nothing between them.
+    long Rename(const QString &from, const QString &to);
     long MakeDirectory(const QString &name);
     long RemoveDirectory(const QString &name);
 
@@ -104,6 +113,12 @@ private:
     int run();
 
     static QList<FtpControl *> &instances();
+    static quint64 s_abortSerial;
+    // Log-ons the server refused in this run of the program, by a digest of
+    // host, port, user and password: they are never tried again, as servers
+    // lock an account after a few failed log-ons.
+    static QSet<QByteArray> &refusedLogons();
+    QByteArray logonKey() const;
 
     CURL *m_curl = nullptr;
     void *m_multi = nullptr; // holds the open connection between calls

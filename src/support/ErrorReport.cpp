@@ -36,9 +36,9 @@ QString errListFile()
 
 bool ErrorReport::IsShortLook(long number)
 {
-    static constexpr std::array<long, 16> shortLook = {
-        -26005, -26003, -26002, -25066, -25061, -25050, -20302, -20142,
-        -911,   -550,   -530,   20103,  20142,  20302,  25061,  25062};
+    static constexpr std::array<long, 19> shortLook = {
+        -26005, -26003, -26002, -25066, -25063, -25061, -25050, -20302, -20144, -20142,
+        -911,   -552,   -550,   -530,   20103,  20142,  20302,  25061,  25062};
     return std::find(shortLook.begin(), shortLook.end(), number) != shortLook.end();
 }
 

@@ -1,10 +1,15 @@
 #include "transfer/CFTPS.h"
 
+#include "platform/CReg.h"
+#include "platform/CurlErrorMap.h"
 #include "platform/LocalFolders.h"
+#include "support/ErrorLog.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
+#include "transfer/FailureText.h"
 #include "transfer/RemotePathMapper.h"
+#include "transfer/SafeReplace.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -35,15 +40,16 @@ enum Text : long {
     txtSendingFile = 16016,
     txtAbortQuestion = 16018,
     txtAbortTitle = 16019,
-    txtKilobytes = 16026
+    txtKilobytes = 16026,
+    txtOldPageStands = 22127,
+    txtKeptAside = 22129,
+    txtOldFileStands = 22133
 };
 
 // A single file shows the window from this size on, a batch from the other.
 constexpr double kSingleFileThreshold = 2000;
 constexpr double kBatchThreshold = 200;
 
-const QString kNewText = QStringLiteral("tempppp.dat");
-const QString kOldText = QStringLiteral("tempppp2.dat");
 
 // Error numbers of the FTP control.
 constexpr long errProtocol = 20142;
@@ -56,9 +62,6 @@ constexpr int kFtpPort = 21;
 // A rename that keeps answering "553 Error renaming file" is tried this many
 // times in all: enough to ride out a server that is still closing the file.
 constexpr int kRenameTries = 3;
-// Connections lost during one operation that are logged on again before it
-// gives up.
-constexpr int kReconnects = 2;
 
 QString L(long id)
 {
@@ -145,10 +148,29 @@ bool CFTPS::Capture(long lResult)
     return boolOk;
 }
 
+// A failure of the connection is told in the user's words and its raw text
+// goes to the error log; a server's reply is shown as it came.
 long CFTPS::Fail(const QString &strPosition)
 {
+    long number = 0;
+    QString text;
+    if (MError::ErrorNumber() == 0
+        && FailureText::Describe(m_failure.number, m_failure.description, ServerTimeout(), false, number, text)) {
+        ErrorLog::Append(m_failure.number, m_failure.description, strPosition);
+        MError::SetError(number, text, strPosition);
+        return 0;
+    }
     MError::SetErrorIfClear(m_failure.number, m_failure.description, strPosition);
     return 0;
+}
+
+int CFTPS::ServerTimeout()
+{
+    CReg reg;
+    reg.KeyRoot = CReg::AppKey();
+    reg.Subkey = QStringLiteral("Environment");
+    const int seconds = reg.GetRegistryValue(QStringLiteral("ServerTimeout"), QVariant()).toInt();
+    return seconds > 0 ? seconds : 30;
 }
 
 // The proxy block of the settings says whether FTP goes through a
@@ -211,7 +233,7 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
     ApplyHost(host);
     Ftp().User = strUsername_p;
     Ftp().Password = strPassword;
-    Ftp().Timeout = 0;
+    Ftp().Timeout = ServerTimeout();
 
     // The control reads the folder only on an open connection, so Init logs
     // on here; its failures are the ones the table below turns into words.
@@ -283,7 +305,7 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     ApplyHost(host);
     Ftp().User = site.userid;
     Ftp().Password = site.password;
-    Ftp().Timeout = 0;
+    Ftp().Timeout = ServerTimeout();
     Ftp().Passive = site.passivemode;
     Ftp().DoEvents();
     if (!Capture(Ftp().Logon())) {
@@ -324,7 +346,7 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
     Ftp().User = site.userid;
     Ftp().Password = site.password;
     Ftp().Passive = true;
-    Ftp().Timeout = 0;
+    Ftp().Timeout = ServerTimeout();
 
     // Logon, then a listing, which needs a data connection. A data
     // connection that fails in passive mode is tried once more in active.
@@ -430,9 +452,14 @@ long CFTPS::Connect()
 // then closed on this side as well, ready to log on again.
 bool CFTPS::ConnectionLost()
 {
+    // A call the user cancelled closed its connection too, but what he
+    // cancelled must not go on with a new one.
+    if (m_failure.number == ControlError::Aborted)
+        return false;
     if (!Ftp().Connected())
         return true;
     const bool lost = m_failure.number == errNoInternet || m_failure.number == errRefused
+                      || m_failure.number == ControlError::TimedOut
                       || m_failure.description.startsWith(QStringLiteral("response reading failed"));
     if (lost)
         Ftp().Logoff();
@@ -574,39 +601,17 @@ QString CFTPS::WorkFileName()
     return name;
 }
 
-// Runs one step of the safe replace. When the connection was lost under
-// it, the client logs on again, comes back to the page's folder and runs
-// the step once more, a bounded number of times per operation; every step
-// is written so that running it again is safe.
-bool CFTPS::RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects)
-{
-    while (!step()) {
-        if (nReconnects >= kReconnects || !ConnectionLost())
-            return false;
-        ++nReconnects;
-        const Failure lost = m_failure;
-        if (Connect() != 1 || ChangeFolder(strFolder_p) != 1) {
-            m_failure = lost;
-            return false;
-        }
-    }
-    return true;
-}
-
 bool CFTPS::Rename(const QString &strFrom_p, const QString &strTo_p)
 {
     for (int attempt = 1;; ++attempt) {
-        if (Capture(Ftp().Command(QStringLiteral("RNFR ") + strFrom_p))
-            && Capture(Ftp().Command(QStringLiteral("RNTO ") + strTo_p)))
+        if (Capture(Ftp().Rename(strFrom_p, strTo_p)))
             return true;
         if (attempt >= kRenameTries || !StartsWith(m_failure.description, "553 Error renaming file"))
             return false;
     }
 }
 
-// The names of the files in the current folder. A listing never fails for
-// a name that is missing, and a failed command costs the control its
-// connection, so this is how the safe replace looks before it acts.
+// The names of the files in the current folder.
 bool CFTPS::ListFileNames(QStringList &names_p)
 {
     names_p.clear();
@@ -622,93 +627,59 @@ bool CFTPS::ListFileNames(QStringList &names_p)
     return ok;
 }
 
-// Whether a file lies in the current folder. boolKnown_p is False when the
-// listing failed.
-bool CFTPS::Exists(const QString &strName_p, bool &boolKnown_p)
+long CFTPS::WriteWorkFile(const QByteArray &bytes_p, QString &strWork_p, const QString &strPosition_p)
 {
-    QStringList names;
-    boolKnown_p = ListFileNames(names);
-    return names.contains(strName_p);
-}
-
-// Step 4 of the safe replace: an old copy left by an earlier attempt goes,
-// unless the page itself is missing. Then that copy is the only one there
-// is (a run broke between stepping the old page aside and putting the new
-// one in its place) and it is put back as the page. When the folder can't
-// be listed, the old copy is left where it is.
-bool CFTPS::RecoverOrClearOldCopy(const QString &strFile_p)
-{
-    QStringList names;
-    if (!ListFileNames(names))
-        return !ConnectionLost();
-    if (!names.contains(kOldText))
-        return true;
-    if (!names.contains(strFile_p))
-        Rename(kOldText, strFile_p);
-    else
-        Capture(Ftp().Command(QStringLiteral("DELE ") + kOldText));
-    return Ftp().Connected();
-}
-
-long CFTPS::SendPageFailure(const QString &strURL_p)
-{
-    const QString position = QStringLiteral("CFTPS.SendPage Page: ") + strURL_p;
-    const QString &text = m_failure.description;
-    if (text.contains(QStringLiteral("550")) || text.contains(QStringLiteral("553"))) {
-        MError::SetErrorIfClear(WriteRefused,
-                                L(txtWriteRefused) + L(txtPage) + strURL_p + QStringLiteral("\r\n") + text,
-                                position);
-        return 0;
-    }
-    return Fail(position);
-}
-
-// The safe replace: the new text goes up under a name of its own, the old
-// page steps aside, the new one takes its place, the old one goes. The page
-// is missing from the site only between the two renames, and a failure
-// there puts the old page back.
-long CFTPS::SendPage(const QByteArray &strASCII_p, const QString &strURL_p)
-{
-    Running running(m_boolRunning);
-    const QString work = WorkFileName();
-    QFile local(work);
-    if (!local.open(QIODevice::WriteOnly) || local.write(strASCII_p) != strASCII_p.size()) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + work,
-                                QStringLiteral("CFTPS.SendPage Page: ") + strURL_p);
+    strWork_p = WorkFileName();
+    QFile local(strWork_p);
+    if (!local.open(QIODevice::WriteOnly) || local.write(bytes_p) != bytes_p.size() || !local.flush()) {
+        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + strWork_p, strPosition_p);
         local.remove();
         return 0;
     }
-    local.close();
-    m_dblTransferSize = static_cast<double>(strASCII_p.size());
+    return 1;
+}
 
-    QString folder, file;
-    int reconnects = 0;
-    bool steppedAside = false;
-    bool ok = GoToFile(strURL_p, folder, file) == 1;
-    m_strTransferName = file;
-    Ftp().LocalFile = work;
-    if (ok)
-        RunStep([&] { return RecoverOrClearOldCopy(file); }, folder, reconnects);
-    ok = ok && RunStep([&] {
-        Ftp().RemoteFile = kNewText;
-        Ftp().TransferMode = 2;
-        return Capture(Ftp().Upload());
-    }, folder, reconnects);
-    ok = ok && (steppedAside = true) && RunStep([&] { return Rename(file, kOldText); }, folder, reconnects);
-    ok = ok && RunStep([&] { return Rename(kNewText, file); }, folder, reconnects);
-    if (ok) // what is left of the old page may go later; the page stands
-        RunStep([&] { return Capture(Ftp().Command(QStringLiteral("DELE ") + kOldText)); }, folder,
-                reconnects);
-    QFile::remove(work);
-    if (ok)
+// The file goes in place by the safe replace (SafeReplace). A failure is
+// told in the user's words, with which copy now stands on the server; the
+// control's own text goes to the error log.
+long CFTPS::Replace(const QString &strLocalFile_p, const QString &strFolder_p, const QString &strFile_p,
+                    const QString &strPosition_p, bool boolPage_p)
+{
+    SafeReplace replace(*this, strFolder_p, strFile_p, strLocalFile_p);
+    if (replace.Run())
         return 1;
+    long number = 0;
+    QString text;
+    if (!FailureText::Describe(m_failure.number, m_failure.description, ServerTimeout(), true, number, text)) {
+        number = m_failure.number;
+        text = m_failure.description;
+    }
+    ErrorLog::Append(m_failure.number, m_failure.description, strPosition_p);
+    QString state;
+    if (replace.Result() == SafeReplace::Outcome::OldKeptAside)
+        state = L(txtKeptAside).arg(replace.KeptCopy());
+    else
+        state = L(boolPage_p ? txtOldPageStands : txtOldFileStands);
+    MError::SetErrorIfClear(number, text + QStringLiteral("\r\n\r\n") + state, strPosition_p);
+    return 0;
+}
 
-    const Failure failure = m_failure;
-    bool known = false;
-    if (steppedAside && Ftp().Connected() && !Exists(file, known) && known)
-        Rename(kOldText, file);
-    m_failure = failure;
-    return SendPageFailure(strURL_p);
+long CFTPS::SendPage(const QByteArray &strASCII_p, const QString &strURL_p)
+{
+    Running running(m_boolRunning);
+    const QString position = QStringLiteral("CFTPS.SendPage Page: ") + strURL_p;
+    QString work;
+    if (WriteWorkFile(strASCII_p, work, position) != 1)
+        return 0;
+    m_dblTransferSize = static_cast<double>(strASCII_p.size());
+    QString folder, file;
+    long result = GoToFile(strURL_p, folder, file) == 1 ? 1 : Fail(position);
+    if (result == 1) {
+        m_strTransferName = file;
+        result = Replace(work, folder, file, position, true);
+    }
+    QFile::remove(work);
+    return result;
 }
 
 QByteArray CFTPS::NewPageText(const QString &strDocTitle_p)
@@ -731,31 +702,25 @@ QByteArray CFTPS::NewPageText(const QString &strDocTitle_p)
     return (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toLatin1();
 }
 
-// An existing file of that name is overwritten: the dialogs that offer a
-// new page check first.
+// An existing file of that name is replaced (the dialogs that offer a new
+// page check first), by the safe replace like every other write.
 long CFTPS::SendNewPage(const QString &strDocTitle_p, const QString &strURL_p)
 {
     Running running(m_boolRunning);
+    const QString position = QStringLiteral("CFTPS.SendNewPage");
     const QByteArray text = NewPageText(strDocTitle_p);
-    const QString work = WorkFileName();
-    QFile local(work);
-    if (!local.open(QIODevice::WriteOnly) || local.write(text) != text.size()) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + work,
-                                QStringLiteral("CFTPS.SendNewPage"));
+    QString work;
+    if (WriteWorkFile(text, work, position) != 1)
         return 0;
-    }
-    local.close();
     m_dblTransferSize = static_cast<double>(text.size());
     QString folder, file;
-    bool ok = GoToFile(strURL_p, folder, file) == 1;
-    if (ok) {
+    long result = GoToFile(strURL_p, folder, file) == 1 ? 1 : Fail(position);
+    if (result == 1) {
         m_strTransferName = file;
-        Ftp().LocalFile = work;
-        Ftp().RemoteFile = file;
-        ok = Capture(Ftp().Upload());
+        result = Replace(work, folder, file, position, true);
     }
     QFile::remove(work);
-    return ok ? 1 : Fail(QStringLiteral("CFTPS.SendNewPage"));
+    return result;
 }
 
 // ---------------------------------------------------------------- files
@@ -781,8 +746,6 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     step = 3;
     if (Connect() != 1)
         return fail();
-    Ftp().TransferMode = 2;
-    Ftp().LocalFile = strFileToSend_p;
     step = 4;
     QString path = strServerFolder_p;
     if (!path.endsWith(QLatin1Char('/')))
@@ -792,10 +755,10 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     if (ChangeFolder(folder) != 1)
         return fail();
     step = 5;
-    Ftp().RemoteFile = file;
-    const bool ok = Capture(Ftp().Upload());
-    Ftp().TransferMode = 0;
-    return ok ? 1 : fail();
+    return Replace(strFileToSend_p, folder, file,
+                   QStringLiteral("CFTPS.SendFile{line:5} file: ") + strFileToSend_p + QStringLiteral(" ToFolder: ")
+                       + strServerFolder_p,
+                   false);
 }
 
 long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)
@@ -807,22 +770,19 @@ long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(position);
     m_strTransferName = file;
-    Ftp().LocalFile = strLocalFile_p;
-    Ftp().RemoteFile = file;
-    Ftp().TransferMode = 2;
-    const bool ok = Capture(Ftp().Upload());
-    Ftp().TransferMode = 0;
-    if (ok)
+    const bool wasClear = MError::ErrorNumber() == 0;
+    if (Replace(strLocalFile_p, folder, file, position, false) == 1)
         return 1;
     // A transfer the user cancelled is no failure to show; it is logged.
     const bool cancelled = m_frmTransferStatus && m_frmTransferStatus->CancelPressed();
-    if (cancelled && (m_failure.number == errDataConnection || m_failure.number == errProtocol)) {
+    if (cancelled && m_failure.number == ControlError::Aborted) {
         m_frmTransferStatus->ClearCancelPressed();
-        Fail(position);
         MError::LogError();
+        if (!wasClear)
+            Fail(position);
         return ExpectedFailure;
     }
-    return Fail(position);
+    return 0;
 }
 
 long CFTPS::SaveFile(const QString &strURL_p, const QString &strLocalFilePath_p, bool boolBinaryTransfer)
@@ -870,14 +830,13 @@ long CFTPS::CopyFile(const QString &strURL_p, const QString &strCopyFile_p)
     Ftp().RemoteFile = file;
     Ftp().LocalFile = work;
     Ftp().Overwrite = true;
-    bool ok = Capture(Ftp().Download());
-    if (ok) {
+    long result = Capture(Ftp().Download()) ? 1 : Fail(position);
+    if (result == 1) {
         m_dblTransferSize = static_cast<double>(QFileInfo(work).size());
-        Ftp().RemoteFile = strCopyFile_p;
-        ok = Capture(Ftp().Upload());
+        result = Replace(work, folder, strCopyFile_p, position, false);
     }
     QFile::remove(work);
-    return ok ? 1 : Fail(position);
+    return result;
 }
 
 long CFTPS::RenameFile(const QString &strURL_p, const QString &strNewFileName_p)

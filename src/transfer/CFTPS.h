@@ -98,7 +98,14 @@ public:
     // The cancel flag of activation: the longer operations stop when set.
     static bool g_boolCancelActivation;
 
+    // Seconds a reply of the server may take, and a transfer may move no
+    // byte, before the operation fails with the time-out message: the
+    // setting ServerTimeout of the Environment section, 30 when unset.
+    static int ServerTimeout();
+
 private:
+    friend class SafeReplace;
+
     struct Failure
     {
         long number = 0;
@@ -124,13 +131,12 @@ private:
     long Connect();
     long GoToFile(const QString &strURL_p, QString &strFolder_p, QString &strFile_p);
 
-    // Safe replace.
-    bool RunStep(const std::function<bool()> &step, const QString &strFolder_p, int &nReconnects);
+    // Every file written over on the server goes through the safe replace.
+    long Replace(const QString &strLocalFile_p, const QString &strFolder_p, const QString &strFile_p,
+                 const QString &strPosition_p, bool boolPage_p);
     bool Rename(const QString &strFrom_p, const QString &strTo_p);
     bool ListFileNames(QStringList &names_p);
-    bool Exists(const QString &strName_p, bool &boolKnown_p);
-    bool RecoverOrClearOldCopy(const QString &strFile_p);
-    long SendPageFailure(const QString &strURL_p);
+    long WriteWorkFile(const QByteArray &bytes_p, QString &strWork_p, const QString &strPosition_p);
     long OnFile(const QString &strURL_p, const QString &strPosition_p,
                 const std::function<long(const QString &)> &command_p,
                 const std::function<bool(const Failure &)> &isExpected_p);

@@ -1,0 +1,287 @@
+#include "transfer/SafeReplace.h"
+
+#include "platform/CurlErrorMap.h"
+#include "platform/FtpControl.h"
+#include "support/MError.h"
+#include "transfer/CFTPS.h"
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTimer>
+
+namespace {
+const QString kNewSuffix = QStringLiteral(".kelda-new");
+const QString kOldSuffix = QStringLiteral(".kelda-old");
+
+// Log-ons again per phase (the run, then the settling), with the pause
+// before each: a server that drops one connection is back at once, one that
+// restarts needs a few seconds.
+constexpr int kPauses[] = {0, 500, 1000, 2000};
+constexpr int kReconnects = int(std::size(kPauses));
+// Tries of one step whose failure did not cost the connection (a cut data
+// connection, a file the server did not keep whole).
+constexpr int kTries = 3;
+// A leftover of another file is taken for a broken run only after this.
+constexpr qint64 kLeftoverAgeSeconds = 3600;
+
+QString Token()
+{
+    return QString::number(QRandomGenerator::global()->generate(), 16).rightJustified(8, QLatin1Char('0'));
+}
+} // namespace
+
+SafeReplace::SafeReplace(CFTPS &ftp, const QString &folder, const QString &file, const QString &localFile)
+    : m_ftp(ftp)
+    , m_folder(folder)
+    , m_file(file)
+    , m_local(localFile)
+{
+    const QString token = Token();
+    m_new = file + QLatin1Char('.') + token + kNewSuffix;
+    m_old = file + QLatin1Char('.') + token + kOldSuffix;
+    m_size = QFileInfo(localFile).size();
+}
+
+bool SafeReplace::IsTemporaryName(const QString &name, QString &target, bool &oldCopy)
+{
+    static const QRegularExpression pattern(QStringLiteral("^(.+)\\.[0-9a-f]{8}\\.kelda-(new|old)$"));
+    const QRegularExpressionMatch match = pattern.match(name);
+    if (!match.hasMatch())
+        return false;
+    target = match.captured(1);
+    oldCopy = match.captured(2) == QLatin1String("old");
+    return true;
+}
+
+// ---------------------------------------------------------------- the run
+
+bool SafeReplace::Run()
+{
+    const bool wasClear = MError::ErrorNumber() == 0;
+    m_abortSerial = FtpControl::AbortSerial();
+    Act act = Act::Failed;
+    bool existed = false;
+    Listing listing;
+    if (Look(listing)) {
+        CleanLeftovers(listing);
+        existed = listing.contains(m_file);
+        act = Do([this] { return Upload(); },
+                 [this](const Listing &l) { return l.value(m_new).size == m_size; });
+    }
+    if (act == Act::Done && existed)
+        act = Do([this] { return Rename(m_file, m_old); },
+                 [this](const Listing &l) { return !l.contains(m_file) && l.contains(m_old); });
+    if (act == Act::Done) {
+        m_movedInto = true;
+        act = Do([this] { return Rename(m_new, m_file); },
+                 [this](const Listing &l) { return l.contains(m_file) && !l.contains(m_new); });
+    }
+    const CFTPS::Failure cause = m_ftp.m_failure;
+    if (act == Act::Done) {
+        m_outcome = Outcome::NewStands;
+        m_settling = true;
+        m_reconnects = 0;
+        // What is left of the old page may go later; the page stands.
+        if (existed)
+            Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); });
+    } else {
+        m_cancelled = act == Act::Cancelled || CancelRequested();
+        Settle();
+    }
+    m_ftp.m_failure = cause;
+    if (wasClear)
+        MError::ClearError();
+    return m_outcome == Outcome::NewStands;
+}
+
+// One step: the act, and when it fails other than by the server's refusal,
+// a new log-on and a look at the folder, which tells whether the step ran
+// after all (done); if not, the act again.
+SafeReplace::Act SafeReplace::Do(const std::function<bool()> &act, const std::function<bool(const Listing &)> &done)
+{
+    for (int tries = 1;; ++tries) {
+        if (!m_settling && CancelRequested())
+            return Act::Cancelled;
+        if (act())
+            return Act::Done;
+        if (!m_settling && CancelRequested())
+            return Act::Cancelled;
+        if (Refusal())
+            return Act::Refused;
+        if (tries >= kTries || !Recover())
+            return Act::Failed;
+        Listing listing;
+        if (!Look(listing))
+            return Act::Failed;
+        if (done(listing))
+            return Act::Done;
+    }
+}
+
+// The files of the folder with their sizes and times.
+bool SafeReplace::Look(Listing &listing)
+{
+    FtpControl &control = m_ftp.Ftp();
+    for (int tries = 1;; ++tries) {
+        listing.clear();
+        const QMetaObject::Connection collect = QObject::connect(
+            &control, &FtpControl::DirList, &control,
+            [&listing](const QString &, const QString &name, bool isDir, qint64 size, const QDateTime &time) {
+                if (!isDir)
+                    listing.insert(name, {size, time});
+            });
+        control.RemoteFile.clear();
+        const bool ok = m_ftp.Capture(control.ListDirectoryLong());
+        QObject::disconnect(collect);
+        if (ok)
+            return true;
+        if (tries >= kTries || Refusal() || !Recover())
+            return false;
+    }
+}
+
+// Back in the folder with a working connection. A connection that still
+// stands (a data connection was cut) needs nothing; a refused log-on is
+// never tried again with the same password, as servers lock accounts.
+bool SafeReplace::Recover()
+{
+    FtpControl &control = m_ftp.Ftp();
+    if (control.Connected() && m_ftp.m_failure.number == ControlError::DataConnection)
+        return true;
+    control.Logoff();
+    while (m_reconnects < kReconnects) {
+        Pause(kPauses[m_reconnects++]);
+        if (!m_settling && CancelRequested())
+            return false;
+        if (m_ftp.Connect() == 1 && m_ftp.ChangeFolder(m_folder) == 1)
+            return true;
+        const CFTPS::Failure &failure = m_ftp.m_failure;
+        if (failure.number == ControlError::LoginRefused || failure.description.startsWith(QLatin1String("530")))
+            return false;
+    }
+    return false;
+}
+
+// The server answered the command with a refusal: doing it again would
+// give the same answer. 421 is a server closing the connection, not a no.
+bool SafeReplace::Refusal() const
+{
+    const CFTPS::Failure &failure = m_ftp.m_failure;
+    if (failure.number != ControlError::Protocol)
+        return false;
+    static const QRegularExpression reply(QStringLiteral("^[45]\\d\\d"));
+    return reply.match(failure.description).hasMatch() && !failure.description.startsWith(QLatin1String("421"));
+}
+
+bool SafeReplace::CancelRequested() const
+{
+    return FtpControl::AbortSerial() != m_abortSerial;
+}
+
+// Waits with the window alive; a Cancel ends the wait of the run at once.
+void SafeReplace::Pause(int ms) const
+{
+    QDeadlineTimer deadline(ms);
+    while (!deadline.hasExpired() && (m_settling || !CancelRequested())) {
+        QEventLoop loop;
+        QTimer::singleShot(qMin<qint64>(50, deadline.remainingTime()), &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+}
+
+// ---------------------------------------------------------------- steps
+
+void SafeReplace::CleanLeftovers(const Listing &listing)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    QStringList olds, news;
+    for (auto it = listing.begin(); it != listing.end(); ++it) {
+        QString target;
+        bool oldCopy = false;
+        if (!IsTemporaryName(it.key(), target, oldCopy))
+            continue;
+        const bool ours = target == m_file;
+        const bool stale = it->time.isValid() && it->time.secsTo(now) > kLeftoverAgeSeconds;
+        if (ours || stale)
+            (oldCopy ? olds : news).append(it.key());
+    }
+    QSet<QString> present(listing.keyBegin(), listing.keyEnd());
+    // Old copies first: one whose file is missing is the page itself.
+    for (const QString &name : olds) {
+        QString target;
+        bool oldCopy = false;
+        IsTemporaryName(name, target, oldCopy);
+        if (!present.contains(target)) {
+            if (Rename(name, target))
+                present.insert(target);
+        } else {
+            Delete(name);
+        }
+    }
+    for (const QString &name : news)
+        Delete(name);
+}
+
+// The upload, and a look that the server holds every byte of it: a server
+// that cuts the data connection may still say the transfer went well.
+bool SafeReplace::Upload()
+{
+    FtpControl &control = m_ftp.Ftp();
+    control.LocalFile = m_local;
+    control.RemoteFile = m_new;
+    control.TransferMode = 2;
+    const bool sent = m_ftp.Capture(control.Upload());
+    control.TransferMode = 0;
+    if (!sent)
+        return false;
+    Listing listing;
+    if (!Look(listing))
+        return false;
+    const qint64 kept = listing.value(m_new).size;
+    if (kept == m_size || (kept < 0 && listing.contains(m_new)))
+        return true;
+    m_ftp.m_failure = {ControlError::DataConnection,
+                       QStringLiteral("The server kept %1 of %2 bytes of %3.").arg(kept).arg(m_size).arg(m_new)};
+    return false;
+}
+
+bool SafeReplace::Rename(const QString &from, const QString &to)
+{
+    return m_ftp.Rename(from, to);
+}
+
+bool SafeReplace::Delete(const QString &name)
+{
+    return m_ftp.Capture(m_ftp.Ftp().DeleteFile(name));
+}
+
+// After a failure or a Cancel: whatever the run got to, the folder ends
+// with one whole copy in place, and the outcome says which. Not to be
+// cancelled: the user's Cancel is what brought the run here.
+void SafeReplace::Settle()
+{
+    m_settling = true;
+    m_reconnects = 0;
+    Listing listing;
+    if (!Look(listing) && !(Recover() && Look(listing))) {
+        m_outcome = m_movedInto ? Outcome::OldKeptAside : Outcome::OldStands;
+        return;
+    }
+    const bool file = listing.contains(m_file);
+    const bool old = listing.contains(m_old);
+    const bool fresh = listing.contains(m_new);
+    if (!file && old) {
+        const Act back = Do([this] { return Rename(m_old, m_file); },
+                            [this](const Listing &l) { return l.contains(m_file) && !l.contains(m_old); });
+        m_outcome = back == Act::Done ? Outcome::OldStands : Outcome::OldKeptAside;
+    } else {
+        m_outcome = file && !fresh && m_movedInto ? Outcome::NewStands : Outcome::OldStands;
+    }
+    if (fresh)
+        Do([this] { return Delete(m_new); }, [this](const Listing &l) { return !l.contains(m_new); });
+    if (old && m_outcome == Outcome::NewStands)
+        Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); });
+}

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QDateTime>
+#include <QHash>
+#include <QString>
+
+#include <functional>
+
+class CFTPS;
+
+// Puts a local file in place of a file on the server so that the server
+// always holds one whole copy: the old one or the new one, never a part.
+//
+//   1. look at the folder, and settle what an earlier broken run left;
+//   2. upload under a name of this run ("<file>.<token>.kelda-new") and
+//      check that the server holds every byte;
+//   3. step the old file aside ("<file>.<token>.kelda-old");
+//   4. rename the new one into place;
+//   5. delete the old copy.
+//
+// Renaming over an existing file is refused by many servers, hence two
+// renames; between them the page is missing for one command. Every step
+// that fails for a lost connection, a time-out or a cut transfer is taken
+// up again after logging on again (a bounded number of times), and the
+// folder is looked at first, since the step may have run on the server
+// although its reply never came. Whatever fails or is cancelled, Settle
+// brings the folder to a whole state and says which copy stands.
+//
+// Leftovers are recognised by their names: an old copy whose file is
+// missing is put back (it is the only copy of the page), any other
+// leftover is deleted. Leftovers of other files than this one are only
+// touched when they are older than an hour, so that a save of another
+// client that is running in the same folder now is left alone.
+class SafeReplace
+{
+public:
+    enum class Outcome {
+        NewStands,   // the new file is in place
+        OldStands,   // the file is as it was before (or still absent)
+        OldKeptAside // the file is missing; its old copy stands as KeptCopy()
+    };
+
+    SafeReplace(CFTPS &ftp, const QString &folder, const QString &file, const QString &localFile);
+
+    // True when the new file stands. Otherwise the control's failure is the
+    // client's, and Outcome and Cancelled tell the rest.
+    bool Run();
+    Outcome Result() const { return m_outcome; }
+    bool Cancelled() const { return m_cancelled; }
+    QString KeptCopy() const { return m_old; }
+
+    // Whether a name is one of the temporary names of a replace; gives the
+    // name of its file and whether it is an old copy.
+    static bool IsTemporaryName(const QString &name, QString &target, bool &oldCopy);
+
+private:
+    struct Entry
+    {
+        qint64 size = -1;
+        QDateTime time;
+    };
+    using Listing = QHash<QString, Entry>;
+    enum class Act { Done, Refused, Failed, Cancelled };
+
+    Act Do(const std::function<bool()> &act, const std::function<bool(const Listing &)> &done);
+    bool Look(Listing &listing);
+    bool Recover();
+    bool Refusal() const;
+    bool CancelRequested() const;
+    void Pause(int ms) const;
+
+    void CleanLeftovers(const Listing &listing);
+    bool Upload();
+    bool Rename(const QString &from, const QString &to);
+    bool Delete(const QString &name);
+    void Settle();
+
+    CFTPS &m_ftp;
+    QString m_folder;
+    QString m_file;
+    QString m_local;
+    QString m_new;
+    QString m_old;
+    qint64 m_size = 0;
+    quint64 m_abortSerial = 0;
+    int m_reconnects = 0;
+    bool m_settling = false;
+    bool m_cancelled = false;
+    bool m_movedInto = false;
+    Outcome m_outcome = Outcome::OldStands;
+};
