@@ -156,7 +156,8 @@ long CFTPS::Fail(const QString &strPosition)
     QString text;
     if (MError::ErrorNumber() == 0
         && FailureText::Describe(m_failure.number, m_failure.description, ServerTimeout(), false, number, text)) {
-        ErrorLog::Append(m_failure.number, m_failure.description, strPosition);
+        if (m_failure.number != ControlError::Protocol)
+            ErrorLog::Append(m_failure.number, m_failure.description, strPosition);
         MError::SetError(number, text, strPosition);
         return 0;
     }
@@ -654,7 +655,8 @@ long CFTPS::Replace(const QString &strLocalFile_p, const QString &strFolder_p, c
         number = m_failure.number;
         text = m_failure.description;
     }
-    ErrorLog::Append(m_failure.number, m_failure.description, strPosition_p);
+    if (m_failure.number != ControlError::Protocol) // a server's reply is in the text itself
+        ErrorLog::Append(m_failure.number, m_failure.description, strPosition_p);
     QString state;
     if (replace.Result() == SafeReplace::Outcome::OldKeptAside)
         state = L(txtKeptAside).arg(replace.KeptCopy());

@@ -107,8 +107,7 @@ TEST_F(CCMSTest, NewerVersionIsUsedAfterOneWarning)
 TEST_F(CCMSTest, RefusedUploadFailsWithTheErrorPendingAndNoLocalFileLeft)
 {
     fillTables();
-    servers().setFtpFaults(QJsonObject{{QStringLiteral("fail550"), QJsonArray{QStringLiteral("cms.dat")}},
-                                       {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("STOR")}}});
+    servers().setFtpFaults(QJsonObject{{QStringLiteral("readonly"), QJsonArray{QStringLiteral("www/") + CmsFile}}});
     EXPECT_EQ(CCMS().SetCMSData(), 0);
     EXPECT_NE(MError::ErrorNumber(), 0);
     EXPECT_FALSE(webFileExists(CmsFile));

@@ -2,6 +2,7 @@
 // folder it stands in, listings, transfers in both modes, raw commands and
 // each class of failure provoked for real.
 
+#include "platform/CurlErrorMap.h"
 #include "platform/FtpControl.h"
 
 #include "TestServers.h"
@@ -324,7 +325,7 @@ TEST_F(FtpControlTest, AbortFromATransferEventEndsALargeDownload)
     });
     ftp.RemoteFile = QStringLiteral("big.bin");
     EXPECT_EQ(ftp.Download(), 0);
-    EXPECT_EQ(ftp.ErrorNumber(), 20302);
+    EXPECT_EQ(ftp.ErrorNumber(), ControlError::Aborted);
     EXPECT_LT(seen, big.size());
     EXPECT_TRUE(ftp.Idle());
     // The control serves the next call.
@@ -392,5 +393,5 @@ TEST_F(FtpControlTest, TimeoutEndsACallToAServerThatDoesNotAnswer)
     ftp.Timeout = 1;
     servers().setFtpFaults({{QStringLiteral("delay_ms"), 3000}});
     EXPECT_EQ(ftp.SetRemotePath(QStringLiteral("www")), 0);
-    EXPECT_EQ(ftp.ErrorNumber(), 25061);
+    EXPECT_EQ(ftp.ErrorNumber(), ControlError::TimedOut);
 }

@@ -4,7 +4,11 @@
 #include "TransferSite.h"
 #include "transfer/CFTPS.h"
 
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -23,8 +27,13 @@ protected:
         MError::ClearError();
         useSites({demoSite()});
         servers().writeWebFile(kPage, oldPage);
-        removeWebFile(QStringLiteral("replace/tempppp.dat"));
-        removeWebFile(QStringLiteral("replace/tempppp2.dat"));
+    }
+
+    // The temporary names of replaces in the page's folder.
+    static QStringList leftovers()
+    {
+        return QDir(servers().webRoot() + QStringLiteral("/replace"))
+            .entryList({QStringLiteral("*.kelda-new"), QStringLiteral("*.kelda-old")}, QDir::Files, QDir::Name);
     }
     void TearDown() override
     {
@@ -48,35 +57,49 @@ TEST_F(CFTPSSendPage, ReplacesEmptyAndLargePagesByteForByte)
     const QByteArray large = pageOf(1024 * 1024, 'L') + QByteArray("\xe5\xe4\xf6\r\n\n\r");
     EXPECT_EQ(client.SendPage(large, kUrl), 1);
     EXPECT_EQ(servers().readWebFile(kPage), large);
-    EXPECT_FALSE(webFileExists(QStringLiteral("replace/tempppp.dat")));
-    EXPECT_FALSE(webFileExists(QStringLiteral("replace/tempppp2.dat")));
+    EXPECT_EQ(leftovers(), QStringList());
 
     QByteArray back;
     EXPECT_EQ(client.GetASCIIFile(kUrl, back), 1);
     EXPECT_EQ(back, large);
+
+    // A page that is not there yet is made.
+    EXPECT_EQ(client.SendPage(newPage, QStringLiteral("/replace/none.htm")), 1);
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("replace/none.htm")), newPage);
+    removeWebFile(QStringLiteral("replace/none.htm"));
 }
 
-TEST_F(CFTPSSendPage, APageThatDoesNotExistFailsWithTheServersComplaint)
+// A refusal is told in the user's words with the server's reply, says
+// which page stands, and leaves nothing behind: refused at the upload, at
+// stepping the old page aside, and at putting the new one in its place
+// (where the old page must be put back).
+TEST_F(CFTPSSendPage, ARefusedWriteLeavesThePageAsItWasAndSaysSo)
 {
+    const QList<QJsonObject> refusals = {
+        {{QStringLiteral("readonly"), QJsonArray{QStringLiteral("www/replace")}}},
+        {{QStringLiteral("fail550"), QJsonArray{QStringLiteral("page.htm")}},
+         {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("RNFR")}}},
+        {{QStringLiteral("fail550"), QJsonArray{QStringLiteral("page.htm")}},
+         {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("RNTO")}},
+         {QStringLiteral("fail550_once"), true}},
+    };
     CFTPS client;
-    EXPECT_EQ(client.SendPage(newPage, QStringLiteral("/replace/none.htm")), 0);
-    EXPECT_EQ(MError::ErrorNumber(), CFTPS::WriteRefused);
-    EXPECT_TRUE(MError::ErrorDescription().startsWith(
-        QStringLiteral("This error occurs if the FTP server negotiates Vindrell to write to this folder or "
-                       "file. Or maybe is Vindrell in the wrong folder and do not have enough permission "
-                       "there.  Page: /replace/none.htm\r\n550")));
-    EXPECT_EQ(MError::ErrorSource(), QStringLiteral("CFTPS.SendPage Page: /replace/none.htm"));
-    EXPECT_FALSE(webFileExists(QStringLiteral("replace/none.htm")));
-}
-
-TEST_F(CFTPSSendPage, ARefusedWriteLeavesThePageAsItWas)
-{
-    servers().setFtpFaults({{QStringLiteral("fail550"), QJsonArray{QStringLiteral("tempppp.dat")}},
-                            {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("STOR")}}});
-    CFTPS client;
-    EXPECT_EQ(client.SendPage(newPage, kUrl), 0);
-    EXPECT_EQ(MError::ErrorNumber(), CFTPS::WriteRefused);
-    EXPECT_EQ(servers().readWebFile(kPage), oldPage);
+    for (const QJsonObject &refusal : refusals) {
+        SCOPED_TRACE(QJsonDocument(refusal).toJson().toStdString());
+        servers().setFtpFaults(refusal);
+        EXPECT_EQ(client.SendPage(newPage, kUrl), 0);
+        servers().clearFtpFaults();
+        EXPECT_EQ(MError::ErrorNumber(), CFTPS::WriteRefused);
+        EXPECT_TRUE(MError::ErrorDescription().startsWith(QStringLiteral("The FTP server does not allow writing here.")));
+        EXPECT_TRUE(MError::ErrorDescription().contains(QStringLiteral("The server said: 550")));
+        EXPECT_TRUE(MError::ErrorDescription().endsWith(QStringLiteral("The page on the server is the old one: your "
+                                                                       "changes were not saved, and they are still in "
+                                                                       "the page. Save again when the connection works.")));
+        EXPECT_EQ(MError::ErrorSource(), QStringLiteral("CFTPS.SendPage Page: /replace/page.htm"));
+        EXPECT_EQ(servers().readWebFile(kPage), oldPage);
+        EXPECT_EQ(leftovers(), QStringList());
+        MError::ClearError();
+    }
 }
 
 // The connection is lost before each command of the replace in turn. The
@@ -101,37 +124,36 @@ TEST_F(CFTPSSendPage, ALostConnectionAtAnyCommandNeverLosesThePage)
         const QByteArray now = servers().readWebFile(kPage);
         EXPECT_TRUE(now == newPage || (result != 1 && now == oldPage));
         EXPECT_EQ(result, 1) << MError::ErrorDescription().toStdString() << " at " << MError::ErrorSource().toStdString();
+        EXPECT_EQ(leftovers(), QStringList());
         MError::ClearError();
     }
 }
 
-// A run that broke between the two renames and could not put the old page
-// back leaves it only as tempppp2.dat; the next replace in that folder puts
-// it back first instead of deleting it.
-TEST_F(CFTPSSendPage, TheNextReplaceRecoversAPageLeftAsideByABrokenRun)
+// Leftovers of a run that broke for good: the old copy of a page that is
+// missing is the page and goes back; every other leftover of the page goes.
+// A fresh leftover of another page may be a save running now and is left
+// alone; a stale one is settled too.
+TEST_F(CFTPSSendPage, TheNextReplaceSettlesWhatABrokenRunLeft)
 {
-    servers().setFtpFaults({{QStringLiteral("drop_on"), QStringLiteral("^RNFR tempppp\\.dat")},
-                            {QStringLiteral("fail550"),
-                             QJsonArray{QStringLiteral("tempppp.dat"), QStringLiteral("tempppp2.dat")}},
-                            {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("RNFR")}}});
+    removeWebFile(kPage);
+    servers().writeWebFile(QStringLiteral("replace/page.htm.0badf00d.kelda-old"), oldPage);
+    servers().writeWebFile(QStringLiteral("replace/page.htm.0badf00d.kelda-new"), newPage.left(100));
+    servers().writeWebFile(QStringLiteral("replace/other.htm.12345678.kelda-old"), "other, running now");
+    servers().writeWebFile(QStringLiteral("replace/stale.htm.87654321.kelda-old"), "stale");
+    const QString stale = servers().webRoot() + QStringLiteral("/replace/stale.htm.87654321.kelda-old");
+    {
+        QFile file(stale);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
+    }
+
     CFTPS client;
-    EXPECT_EQ(client.SendPage(newPage, kUrl), 0);
-    servers().clearFtpFaults();
-    MError::ClearError();
-    ASSERT_FALSE(webFileExists(kPage));
-    ASSERT_EQ(servers().readWebFile(QStringLiteral("replace/tempppp2.dat")), oldPage);
-
-    // Before the next text goes up, the old page is back.
-    servers().setFtpFaults({{QStringLiteral("fail550"), QJsonArray{QStringLiteral("tempppp.dat")}},
-                            {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("STOR")}}});
-    EXPECT_EQ(client.SendPage(newPage, kUrl), 0);
-    EXPECT_EQ(servers().readWebFile(kPage), oldPage);
-    servers().clearFtpFaults();
-    MError::ClearError();
-
     EXPECT_EQ(client.SendPage(newPage, kUrl), 1);
     EXPECT_EQ(servers().readWebFile(kPage), newPage);
-    EXPECT_FALSE(webFileExists(QStringLiteral("replace/tempppp2.dat")));
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("replace/stale.htm")), "stale");
+    EXPECT_EQ(leftovers(), QStringList{QStringLiteral("other.htm.12345678.kelda-old")});
+    removeWebFile(QStringLiteral("replace/other.htm.12345678.kelda-old"));
+    removeWebFile(QStringLiteral("replace/stale.htm"));
 }
 
 TEST_F(CFTPSSendPage, NewPageFromTheTemplate)
