@@ -441,7 +441,7 @@ long CDocument::EditOffPage()
     // was never kept (one without script) keeps what that save sent rather
     // than being emptied.
     if (m_boolEditedAsHTML && !m_strOriginalASP.isEmpty()) {
-        if (SendDocumentToServer(m_strOriginalASP) != 1)
+        if (SendDocumentToServer(m_strOriginalASP, false) != 1)
             return 0;
         m_boolEditedAsHTML = false;
     }
@@ -684,10 +684,13 @@ long CDocument::GetPreparedSendPath(const QString &strUnCorrectedPath_p, QString
 
 // ------------------------------------------------- the page's source as text
 
-long CDocument::SendDocumentToServer(const QString &strHTMLStream_p)
+long CDocument::SendDocumentToServer(const QString &strHTMLStream_p, bool keepRevision_p)
 {
     QString path;
     GetPreparedSendPath(m_strURL, path);
+    if (keepRevision_p && CRollback().BackupPage(path) == 0)
+        return 0;
+    MError::ClearError();
     CFTPS ftp;
     if (OpenTransfer(ftp, Position(QStringLiteral("SendDocumentToServer"))) != 1)
         return 0;

@@ -66,7 +66,9 @@ public:
     // revision is saved all the same.
     long Save();
     // Sends the text to the page's file on the server as it stands. 1 or 0.
-    long SendDocumentToServer(const QString &strHTMLStream_p);
+    // What stands on the server is kept as a revision first, unless the text
+    // puts back what stood before this session's own save (keepRevision_p).
+    long SendDocumentToServer(const QString &strHTMLStream_p, bool keepRevision_p = true);
     // The page's path on the FTP server: strUnCorrectedPath_p (the
     // document's own path, m_strURL) or, when that is empty, the address's
     // path, with the site's root in front. Always 1.

@@ -367,8 +367,16 @@ long CRollback::Rollback(long nRevision_p)
     const QString folder = m_strFilePath.contains(QLatin1Char('/'))
                                ? m_strFilePath.left(m_strFilePath.lastIndexOf(QLatin1Char('/')) + 1)
                                : QStringLiteral("/");
+    if (FetchRevision(nRevision_p, local, site) != 1)
+        return RevisionFailure(position);
+    // The page that stands now is kept as a revision before the old one
+    // replaces it, so that a Reset can be taken back. Its own instance, as
+    // the backup moves this one's page id and revision on.
+    if (CRollback().BackupPage(m_strFilePath) == 0)
+        return 0;
+    MError::ClearError();
     CFTPS ftp;
-    if (FetchRevision(nRevision_p, local, site) == 1 && ftp.SendFile(local, folder) == 1)
+    if (ftp.SendFile(local, folder) == 1)
         return 1;
     return RevisionFailure(position);
 }

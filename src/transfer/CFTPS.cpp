@@ -455,12 +455,12 @@ bool CFTPS::ConnectionLost()
 {
     // A call the user cancelled closed its connection too, but what he
     // cancelled must not go on with a new one.
-    if (m_failure.number == ControlError::Aborted)
+    // A server that did not answer in time is not waited for once more.
+    if (m_failure.number == ControlError::Aborted || m_failure.number == ControlError::TimedOut)
         return false;
     if (!Ftp().Connected())
         return true;
     const bool lost = m_failure.number == errNoInternet || m_failure.number == errRefused
-                      || m_failure.number == ControlError::TimedOut
                       || m_failure.description.startsWith(QStringLiteral("response reading failed"));
     if (lost)
         Ftp().Logoff();

@@ -32,6 +32,9 @@ public:
     FtpControl control;
     // "#" + the folder the server put the session in at logon.
     QString loginFolderMark;
+    // The server refused a rename onto an existing file once: the safe
+    // replace goes the way of two renames from then on.
+    bool renameOverRefused = false;
 
 private:
     QString m_account;

@@ -24,6 +24,10 @@ constexpr int kReconnects = int(std::size(kPauses));
 // Tries of one step whose failure did not cost the connection (a cut data
 // connection, a file the server did not keep whole).
 constexpr int kTries = 3;
+// The time the log-ons again of one replace may take in all.
+constexpr int kRecoveryMs = 3000;
+// The settling's share when the run has used the time up.
+constexpr int kSettlingMs = 1500;
 // A leftover of another file is taken for a broken run only after this.
 constexpr qint64 kLeftoverAgeSeconds = 3600;
 
@@ -71,21 +75,14 @@ bool SafeReplace::Run()
         act = Do([this] { return Upload(); },
                  [this](const Listing &l) { return l.value(m_new).size == m_size; });
     }
-    if (act == Act::Done && existed)
-        act = Do([this] { return Rename(m_file, m_old); },
-                 [this](const Listing &l) { return !l.contains(m_file) && l.contains(m_old); });
-    if (act == Act::Done) {
-        m_movedInto = true;
-        act = Do([this] { return Rename(m_new, m_file); },
-                 [this](const Listing &l) { return l.contains(m_file) && !l.contains(m_new); });
-    }
+    if (act == Act::Done)
+        act = PutInPlace(existed);
     const CFTPS::Failure cause = m_ftp.m_failure;
     if (act == Act::Done) {
         m_outcome = Outcome::NewStands;
         m_settling = true;
-        m_reconnects = 0;
         // What is left of the old page may go later; the page stands.
-        if (existed)
+        if (m_steppedAside)
             Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); });
     } else {
         m_cancelled = act == Act::Cancelled || CancelRequested();
@@ -95,6 +92,26 @@ bool SafeReplace::Run()
     if (wasClear)
         MError::ClearError();
     return m_outcome == Outcome::NewStands;
+}
+
+// The new file onto the old in one rename where the server allows it, else
+// the old one aside first.
+SafeReplace::Act SafeReplace::PutInPlace(bool existed)
+{
+    const auto inPlace = [this](const Listing &l) { return l.contains(m_file) && !l.contains(m_new); };
+    m_movedInto = true;
+    if (!existed || !m_ftp.m_session->renameOverRefused) {
+        const Act over = Do([this] { return Rename(m_new, m_file); }, inPlace);
+        if (over != Act::Refused || !existed)
+            return over;
+        m_ftp.m_session->renameOverRefused = true;
+    }
+    m_steppedAside = true;
+    const Act aside = Do([this] { return Rename(m_file, m_old); },
+                         [this](const Listing &l) { return !l.contains(m_file) && l.contains(m_old); });
+    if (aside != Act::Done)
+        return aside;
+    return Do([this] { return Rename(m_new, m_file); }, inPlace);
 }
 
 // One step: the act, and when it fails other than by the server's refusal,
@@ -151,11 +168,22 @@ bool SafeReplace::Recover()
     FtpControl &control = m_ftp.Ftp();
     if (control.Connected() && m_ftp.m_failure.number == ControlError::DataConnection)
         return true;
-    control.Logoff();
-    while (m_reconnects < kReconnects) {
-        Pause(kPauses[m_reconnects++]);
-        if (!m_settling && CancelRequested())
+    if (m_recovery.isForever())
+        m_recovery.setRemainingTime(kRecoveryMs);
+    const int timeout = control.Timeout;
+    const bool back = LogOnAgain();
+    control.Timeout = timeout;
+    return back;
+}
+
+bool SafeReplace::LogOnAgain()
+{
+    FtpControl &control = m_ftp.Ftp();
+    while (m_reconnects < kReconnects && !m_recovery.hasExpired()) {
+        Pause(qMin<qint64>(kPauses[m_reconnects++], m_recovery.remainingTime()));
+        if ((!m_settling && CancelRequested()) || m_recovery.hasExpired())
             return false;
+        control.Timeout = int(qMax<qint64>(1, (m_recovery.remainingTime() + 999) / 1000));
         if (m_ftp.Connect() == 1 && m_ftp.ChangeFolder(m_folder) == 1)
             return true;
         const CFTPS::Failure &failure = m_ftp.m_failure;
@@ -264,10 +292,13 @@ bool SafeReplace::Delete(const QString &name)
 void SafeReplace::Settle()
 {
     m_settling = true;
+    // The settling gets log-ons again of its own, within the time left.
     m_reconnects = 0;
+    if (!m_recovery.isForever() && m_recovery.remainingTime() < kSettlingMs)
+        m_recovery.setRemainingTime(kSettlingMs);
     Listing listing;
-    if (!Look(listing) && !(Recover() && Look(listing))) {
-        m_outcome = m_movedInto ? Outcome::OldKeptAside : Outcome::OldStands;
+    if (!Look(listing)) {
+        m_outcome = m_steppedAside ? Outcome::OldKeptAside : Outcome::OldStands;
         return;
     }
     const bool file = listing.contains(m_file);

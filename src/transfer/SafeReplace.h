@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QString>
 
@@ -14,12 +15,14 @@ class CFTPS;
 //   1. look at the folder, and settle what an earlier broken run left;
 //   2. upload under a name of this run ("<file>.<token>.kelda-new") and
 //      check that the server holds every byte;
-//   3. step the old file aside ("<file>.<token>.kelda-old");
-//   4. rename the new one into place;
-//   5. delete the old copy.
+//   3. rename the new one onto the file: on most servers this replaces it
+//      in one step, and the page is never missing;
+// and where the server refuses to rename onto an existing file:
+//   3a. step the old file aside ("<file>.<token>.kelda-old");
+//   3b. rename the new one into place;
+//   3c. delete the old copy.
 //
-// Renaming over an existing file is refused by many servers, hence two
-// renames; between them the page is missing for one command. Every step
+// Between 3a and 3b the page is missing for one command. Every step
 // that fails for a lost connection, a time-out or a cut transfer is taken
 // up again after logging on again (a bounded number of times), and the
 // folder is looked at first, since the step may have run on the server
@@ -31,6 +34,11 @@ class CFTPS;
 // leftover is deleted. Leftovers of other files than this one are only
 // touched when they are older than an hour, so that a save of another
 // client that is running in the same folder now is left alone.
+//
+// Time: a failure that costs the connection is followed by new log-ons for
+// at most a few seconds in all (the run and the settling share them), each
+// with a time-out cut to what is left, so that a server that has stopped
+// answering ends the operation soon after its first time-out.
 class SafeReplace
 {
 public:
@@ -65,6 +73,8 @@ private:
     Act Do(const std::function<bool()> &act, const std::function<bool(const Listing &)> &done);
     bool Look(Listing &listing);
     bool Recover();
+    bool LogOnAgain();
+    Act PutInPlace(bool existed);
     bool Refusal() const;
     bool CancelRequested() const;
     void Pause(int ms) const;
@@ -84,8 +94,10 @@ private:
     qint64 m_size = 0;
     quint64 m_abortSerial = 0;
     int m_reconnects = 0;
+    QDeadlineTimer m_recovery{QDeadlineTimer::Forever}; // the time left for log-ons again
     bool m_settling = false;
     bool m_cancelled = false;
-    bool m_movedInto = false;
+    bool m_movedInto = false;   // a rename of the new file into place was tried
+    bool m_steppedAside = false; // a rename of the old file aside was tried
     Outcome m_outcome = Outcome::OldStands;
 };

@@ -70,20 +70,27 @@ TEST_F(CFTPSSendPage, ReplacesEmptyAndLargePagesByteForByte)
 }
 
 // A refusal is told in the user's words with the server's reply, says
-// which page stands, and leaves nothing behind: refused at the upload, at
-// stepping the old page aside, and at putting the new one in its place
-// (where the old page must be put back).
+// which page stands, and leaves nothing behind: refused at the upload, and,
+// on a server that will not rename onto an existing file, at stepping the
+// old page aside and at putting the new one in its place (where the old
+// page must be put back).
 TEST_F(CFTPSSendPage, ARefusedWriteLeavesThePageAsItWasAndSaysSo)
 {
+    const QJsonValue twoRenames = true;
     const QList<QJsonObject> refusals = {
         {{QStringLiteral("readonly"), QJsonArray{QStringLiteral("www/replace")}}},
-        {{QStringLiteral("fail550"), QJsonArray{QStringLiteral("page.htm")}},
+        {{QStringLiteral("no_rename_over"), twoRenames},
+         {QStringLiteral("fail550"), QJsonArray{QStringLiteral("page.htm")}},
          {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("RNFR")}}},
-        {{QStringLiteral("fail550"), QJsonArray{QStringLiteral("page.htm")}},
+        {{QStringLiteral("no_rename_over"), twoRenames},
+         {QStringLiteral("fail550"), QJsonArray{QStringLiteral("page.htm")}},
          {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("RNTO")}},
          {QStringLiteral("fail550_once"), true}},
     };
     CFTPS client;
+    // The session learns that the server won't rename onto a file.
+    servers().setFtpFaults({{QStringLiteral("no_rename_over"), twoRenames}});
+    ASSERT_EQ(client.SendPage(oldPage, kUrl), 1);
     for (const QJsonObject &refusal : refusals) {
         SCOPED_TRACE(QJsonDocument(refusal).toJson().toStdString());
         servers().setFtpFaults(refusal);
