@@ -85,7 +85,7 @@ bool SafeReplace::Run()
         if (m_steppedAside)
             Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); });
     } else {
-        m_cancelled = act == Act::Cancelled || CancelRequested();
+        m_cancelled = act == Act::Cancelled || CancelRequested() || cause.number == ControlError::Aborted;
         Settle();
     }
     m_ftp.m_failure = cause;
@@ -124,7 +124,8 @@ SafeReplace::Act SafeReplace::Do(const std::function<bool()> &act, const std::fu
             return Act::Cancelled;
         if (act())
             return Act::Done;
-        if (!m_settling && CancelRequested())
+        // A Cancel of the transfer window ends this control's call only.
+        if (!m_settling && (CancelRequested() || m_ftp.m_failure.number == ControlError::Aborted))
             return Act::Cancelled;
         if (Refusal())
             return Act::Refused;
@@ -155,7 +156,8 @@ bool SafeReplace::Look(Listing &listing)
         QObject::disconnect(collect);
         if (ok)
             return true;
-        if (tries >= kTries || Refusal() || !Recover())
+        const bool cancelled = !m_settling && (CancelRequested() || m_ftp.m_failure.number == ControlError::Aborted);
+        if (cancelled || tries >= kTries || Refusal() || !Recover())
             return false;
     }
 }

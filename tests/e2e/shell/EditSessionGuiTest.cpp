@@ -304,7 +304,10 @@ TEST_F(EditSessionGui, ConnectionDroppedDuringSaveLeavesThePageWholeAndTheNextSa
     UserQuestions::Script({OK});
     Window w;
     ASSERT_TRUE(w.editAndType(QStringLiteral("plain/drop.htm"), QStringLiteral("text"), QStringLiteral("zq")));
-    servers().setFtpFaults(QJsonObject{{QStringLiteral("drop_on"), QStringLiteral("^(STOR|RNFR|RNTO)")}});
+    // The connection drops at the page's upload and the server stays out of
+    // reach for longer than the save waits.
+    servers().setFtpFaults(QJsonObject{{QStringLiteral("unreachable_on"), QStringLiteral("^(STOR|RNFR|RNTO)")},
+                                       {QStringLiteral("unreachable_s"), 60}});
     w.pressSave();
     EXPECT_EQ(errorDialogs(), 1);
     EXPECT_TRUE(w.editing());
