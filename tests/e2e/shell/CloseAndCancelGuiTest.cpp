@@ -254,7 +254,9 @@ TEST_F(CloseAndCancelGui, CancelOrCloseDuringASlowSaveLeavesThePageWholeAndTheSe
     const std::function<bool()> uploading = [] {
         return received(QStringLiteral("STOR"), QStringLiteral(".kelda-new"), QStringLiteral("page.htm."));
     };
-    const std::function<bool()> renaming = [] { return received(QStringLiteral("RNFR"), QStringLiteral("page.htm")); };
+    const std::function<bool()> renaming = [] {
+        return received(QStringLiteral("RNFR"), QStringLiteral(".kelda-new"), QStringLiteral("page.htm."));
+    };
     struct Case
     {
         bool close;
