@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 #include <chrono>
 
@@ -362,8 +363,12 @@ long CRollback::Rollback(long nRevision_p)
     SiteRecord site;
     if (!CurrentSite(site))
         return NoSite(position);
+    // A folder of its own: the file keeps the page's name, which the send
+    // uses, and the backup below works on a file of that name in the
+    // temporary folder.
+    QTemporaryDir work(LocalFolders::tempFolder() + QStringLiteral("/rollback-XXXXXX"));
     LocalFiles files;
-    const QString local = files.add(LocalFolders::tempFolder() + QLatin1Char('/') + afterLastSlash(m_strFilePath));
+    const QString local = files.add(work.path() + QLatin1Char('/') + afterLastSlash(m_strFilePath));
     const QString folder = m_strFilePath.contains(QLatin1Char('/'))
                                ? m_strFilePath.left(m_strFilePath.lastIndexOf(QLatin1Char('/')) + 1)
                                : QStringLiteral("/");

@@ -175,7 +175,9 @@ TEST_F(Revisions, PageWithoutHistoryListsNothingWithoutAMessage)
     EXPECT_EQ(MError::ErrorNumber(), 0);
 }
 
-TEST_F(Revisions, RollbackPutsTheRevisionBackAndLeavesTheIndexAlone)
+// The page that stood is kept as a revision first, so a Reset can be taken
+// back.
+TEST_F(Revisions, RollbackKeepsThePageAsARevisionThenPutsTheOldOneBack)
 {
     const QString page = QStringLiteral("products/back.htm");
     ASSERT_EQ(saveOver(page, "<P>version A</P>"), 1);
@@ -186,7 +188,9 @@ TEST_F(Revisions, RollbackPutsTheRevisionBackAndLeavesTheIndexAlone)
     ASSERT_EQ(rollback.GetFirstBackup(section(page), servers().httpBase() + QLatin1Char('/') + page), 1);
     ASSERT_EQ(rollback.Rollback(2), 1);
     EXPECT_EQ(servers().readWebFile(page), QByteArray("<P>version B</P>"));
-    EXPECT_EQ(serverIndex().value(section(page), QStringLiteral("rev")), QStringLiteral("2"));
+    EXPECT_EQ(serverIndex().value(section(page), QStringLiteral("rev")), QStringLiteral("3"));
+    const QString id = serverIndex().value(section(page), QStringLiteral("ID"));
+    EXPECT_EQ(revisionFile(id + QStringLiteral(".3")), QByteArray("<P>version C</P>"));
 
     EXPECT_EQ(rollback.Rollback(4), 0);
     EXPECT_EQ(MError::ErrorNumber(), -550);
