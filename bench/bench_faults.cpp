@@ -16,7 +16,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QJsonArray>
 #include <QTimer>
 
 #include <cstdio>
@@ -24,35 +23,6 @@
 namespace {
 
 const QString kPutInPlace = QStringLiteral("^RNFR page\\.htm\\.[0-9a-f]{8}\\.kelda-new");
-
-void SweepEveryCommand(TestServers &servers, const QString &kind, const QJsonObject &extra, FaultSweep::Tally &tally)
-{
-    FaultSweep sweep(servers, 1);
-    if (extra.contains(QStringLiteral("no_rename_over"))) {
-        servers.setFtpFaults({{QStringLiteral("no_rename_over"), true}});
-        sweep.Save();
-    }
-    const int commands = sweep.CommandsOfOneSave();
-    for (int n = 1; n <= commands; ++n) {
-        QJsonObject fault = extra;
-        fault.insert(kind, n);
-        sweep.Try(fault, tally);
-    }
-}
-
-void CutEveryUpload(TestServers &servers, FaultSweep::Tally &tally)
-{
-    FaultSweep sweep(servers, 1);
-    sweep.Save();
-    for (const QString &upload : {QStringLiteral("\\.\\d+\\.[0-9a-f]{8}\\.kelda-new$"), QStringLiteral("^_resetp\\.ini\\."),
-                                  QStringLiteral("^page\\.htm\\."), QStringLiteral("^cms\\.dat\\.")})
-        for (const QString &reply : {QStringLiteral("426 Connection closed; transfer aborted."),
-                                     QStringLiteral("226 Transfer complete.")})
-            sweep.Try({{QStringLiteral("cut_upload_after"), 100},
-                       {QStringLiteral("cut_upload_on"), upload},
-                       {QStringLiteral("cut_upload_reply"), reply}},
-                      tally);
-}
 
 // Seconds until a save against a server that falls silent at the page's
 // rename into place ends, with the time-out as the user has it (30 s).
@@ -104,14 +74,17 @@ int main(int argc, char **argv)
     TestEnvironment::prepare();
     TestServers servers;
     FaultSweep::Tally tally;
-    SweepEveryCommand(servers, QStringLiteral("drop_before_n"), {}, tally);
-    SweepEveryCommand(servers, QStringLiteral("drop_after_n"), {}, tally);
-    SweepEveryCommand(servers, QStringLiteral("drop_after_n"), {{QStringLiteral("no_rename_over"), true}}, tally);
-    SweepEveryCommand(servers, QStringLiteral("stall_at_n"), {}, tally);
-    SweepEveryCommand(servers, QStringLiteral("unreachable_from_n"), {{QStringLiteral("unreachable_s"), 0.6}}, tally);
-    SweepEveryCommand(servers, QStringLiteral("unreachable_from_n"),
-                      {{QStringLiteral("unreachable_s"), 30}, {QStringLiteral("no_rename_over"), true}}, tally);
-    CutEveryUpload(servers, tally);
+    const QJsonObject twoRenames{{QStringLiteral("no_rename_over"), true}};
+    FaultSweep::SweepEveryCommand(servers, QStringLiteral("drop_before_n"), {}, 1, 0, tally);
+    FaultSweep::SweepEveryCommand(servers, QStringLiteral("drop_after_n"), {}, 1, 0, tally);
+    FaultSweep::SweepEveryCommand(servers, QStringLiteral("drop_after_n"), twoRenames, 1, 0, tally);
+    FaultSweep::SweepEveryCommand(servers, QStringLiteral("stall_at_n"), {}, 1, 0, tally);
+    FaultSweep::SweepEveryCommand(servers, QStringLiteral("unreachable_from_n"),
+                                  {{QStringLiteral("unreachable_s"), 0.6}}, 1, 0, tally);
+    FaultSweep::SweepEveryCommand(servers, QStringLiteral("unreachable_from_n"),
+                                  {{QStringLiteral("unreachable_s"), 30}, {QStringLiteral("no_rename_over"), true}}, 1,
+                                  0, tally);
+    FaultSweep::CutEveryUpload(servers, tally);
     for (const QString &problem : tally.problems)
         std::fprintf(stderr, "%s\n", qPrintable(problem));
     std::printf("cuts_tried %d faults\n", tally.cutsTried);

@@ -148,20 +148,33 @@ bool CFTPS::Capture(long lResult)
     return boolOk;
 }
 
-// A failure of the connection is told in the user's words and its raw text
-// goes to the error log; a server's reply is shown as it came.
 long CFTPS::Fail(const QString &strPosition)
 {
+    return Tell(strPosition, false, QString());
+}
+
+// The pending error for the control's failure, unless one is pending: in
+// the user's words where FailureText knows the failure (a refusal read as
+// a refusal to write only for a write), the control's own text then going
+// to the error log; a server's reply is shown as it came. strAfter_p
+// follows the text as a paragraph of its own.
+long CFTPS::Tell(const QString &strPosition_p, bool boolWriting_p, const QString &strAfter_p)
+{
+    if (MError::ErrorNumber() != 0)
+        return 0;
     long number = 0;
     QString text;
-    if (MError::ErrorNumber() == 0
-        && FailureText::Describe(m_failure.number, m_failure.description, ServerTimeout(), false, number, text)) {
-        if (m_failure.number != ControlError::Protocol)
-            ErrorLog::Append(m_failure.number, m_failure.description, strPosition);
-        MError::SetError(number, text, strPosition);
-        return 0;
+    if (FailureText::Describe(m_failure.number, m_failure.description, ServerTimeout(), boolWriting_p, number,
+                              text)) {
+        if (m_failure.number != ControlError::Protocol) // a server's reply is in the text itself
+            ErrorLog::Append(m_failure.number, m_failure.description, strPosition_p);
+    } else {
+        number = m_failure.number;
+        text = m_failure.description;
     }
-    MError::SetErrorIfClear(m_failure.number, m_failure.description, strPosition);
+    if (!strAfter_p.isEmpty())
+        text += QStringLiteral("\r\n\r\n") + strAfter_p;
+    MError::SetError(number, text, strPosition_p);
     return 0;
 }
 
@@ -649,21 +662,10 @@ long CFTPS::Replace(const QString &strLocalFile_p, const QString &strFolder_p, c
     SafeReplace replace(*this, strFolder_p, strFile_p, strLocalFile_p);
     if (replace.Run())
         return 1;
-    long number = 0;
-    QString text;
-    if (!FailureText::Describe(m_failure.number, m_failure.description, ServerTimeout(), true, number, text)) {
-        number = m_failure.number;
-        text = m_failure.description;
-    }
-    if (m_failure.number != ControlError::Protocol) // a server's reply is in the text itself
-        ErrorLog::Append(m_failure.number, m_failure.description, strPosition_p);
-    QString state;
-    if (replace.Result() == SafeReplace::Outcome::OldKeptAside)
-        state = L(txtKeptAside).arg(replace.KeptCopy());
-    else
-        state = L(boolPage_p ? txtOldPageStands : txtOldFileStands);
-    MError::SetErrorIfClear(number, text + QStringLiteral("\r\n\r\n") + state, strPosition_p);
-    return 0;
+    const QString state = replace.Result() == SafeReplace::Outcome::OldKeptAside
+                              ? L(txtKeptAside).arg(replace.KeptCopy())
+                              : L(boolPage_p ? txtOldPageStands : txtOldFileStands);
+    return Tell(strPosition_p, true, state);
 }
 
 long CFTPS::SendPage(const QByteArray &strASCII_p, const QString &strURL_p)
@@ -772,7 +774,6 @@ long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)
     if (GoToFile(strURL_p, folder, file) != 1)
         return Fail(position);
     m_strTransferName = file;
-    const bool wasClear = MError::ErrorNumber() == 0;
     if (Replace(strLocalFile_p, folder, file, position, false) == 1)
         return 1;
     // A transfer the user cancelled is no failure to show; it is logged.
@@ -780,8 +781,6 @@ long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)
     if (cancelled && m_failure.number == ControlError::Aborted) {
         m_frmTransferStatus->ClearCancelPressed();
         MError::LogError();
-        if (!wasClear)
-            Fail(position);
         return ExpectedFailure;
     }
     return 0;

@@ -125,6 +125,7 @@ private:
     bool Capture(long lResult);
     void ApplyHost(const QString &strHost_p);
     long Fail(const QString &strPosition);
+    long Tell(const QString &strPosition_p, bool boolWriting_p, const QString &strAfter_p);
 
     // The first steps of every operation: connected and at the top of the
     // site, then in the folder of strURL_p, whose file name is given back.

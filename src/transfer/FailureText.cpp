@@ -31,9 +31,9 @@ int ReplyCode(const QString &description)
     const QRegularExpressionMatch match = code.match(description);
     return match.hasMatch() ? match.captured(1).toInt() : 0;
 }
-} // namespace
 
-bool FailureText::IsConnectionFault(long number, const QString &description)
+// A failure that cost the connection, or the bytes of a transfer.
+bool IsConnectionFault(long number, const QString &description)
 {
     switch (number) {
     case ControlError::TimedOut:
@@ -48,6 +48,8 @@ bool FailureText::IsConnectionFault(long number, const QString &description)
         return false;
     }
 }
+
+} // namespace
 
 bool FailureText::Describe(long number, const QString &description, int timeoutSeconds, bool writing,
                            long &shownNumber, QString &text)

@@ -14,6 +14,4 @@ public:
     // write only for a write (writing): 550 to a read means no such file.
     static bool Describe(long number, const QString &description, int timeoutSeconds, bool writing,
                          long &shownNumber, QString &text);
-    // A failure that cost the connection, or the bytes of a transfer.
-    static bool IsConnectionFault(long number, const QString &description);
 };
