@@ -92,7 +92,7 @@ int main(int argc, char **argv)
     std::printf("history_broken %d faults\n", tally.historyBroken);
     std::printf("cms_lost %d faults\n", tally.cmsLost);
     std::printf("leftovers %d faults\n", tally.leftovers);
-    std::printf("pages_aside %d faults\n", tally.pagesAside);
+    std::printf("kept_aside %d faults\n", tally.keptAside);
     std::printf("stalled_save_s %.1f s\n", StalledSaveSeconds(servers));
     std::printf("cancel_s %.2f s\n", CancelSeconds(servers));
     return 0;

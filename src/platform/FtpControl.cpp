@@ -344,11 +344,12 @@ void FtpControl::setCommonOptions(Call &call, const QString &url)
     curl_easy_setopt(h, CURLOPT_TRANSFERTEXT, call.ascii ? 1L : 0L);
     if (!Passive)
         curl_easy_setopt(h, CURLOPT_FTPPORT, "-");
-    if (Timeout > 0) {
-        curl_easy_setopt(h, CURLOPT_CONNECTTIMEOUT, long(Timeout));
-        curl_easy_setopt(h, CURLOPT_SERVER_RESPONSE_TIMEOUT, long(Timeout));
+    const int timeout = TimeoutLimit > 0 && (Timeout <= 0 || Timeout > TimeoutLimit) ? TimeoutLimit : Timeout;
+    if (timeout > 0) {
+        curl_easy_setopt(h, CURLOPT_CONNECTTIMEOUT, long(timeout));
+        curl_easy_setopt(h, CURLOPT_SERVER_RESPONSE_TIMEOUT, long(timeout));
         curl_easy_setopt(h, CURLOPT_LOW_SPEED_LIMIT, 1L);
-        curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, long(Timeout));
+        curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, long(timeout));
     }
     if (UseTls) {
         curl_easy_setopt(h, CURLOPT_USE_SSL, long(CURLUSESSL_ALL));

@@ -35,6 +35,9 @@ public:
     // call fails with ControlError::TimedOut; also the limit of a connect.
     // 0 lets a call wait as long as the server takes.
     int Timeout = 0;
+    // When above 0, no call waits longer than this, whatever Timeout says:
+    // set for a while by work that has only so much time left.
+    int TimeoutLimit = 0;
     bool Overwrite = false;
     // 0 default and 2 binary move the bytes unchanged: a UNIX server keeps a
     // file as it was sent, so a page comes back byte for byte. 1 is ASCII:

@@ -596,13 +596,42 @@ long CFTPS::GetASCIIFile(const QString &strURL_p, QByteArray &strFileData_p)
     m_strTransferName = file;
     m_dblTransferSize = 0;
     m_boolCollect = true;
-    const bool ok = Capture(Ftp().Download());
+    const bool ok = Fetch();
     m_boolCollect = false;
     if (!ok)
         return Fail(QStringLiteral("CFTPS.GetASCIIFile"));
     strFileData_p = m_strReceiveBuffer;
     m_strReceiveBuffer.clear();
     return 1;
+}
+
+// The download of Ftp().RemoteFile. A file that is missing because a
+// replace was cut between its two renames for good (the server gone) has
+// its last version kept aside beside it: that copy is put back, then read,
+// so that no reader takes the file for lost.
+bool CFTPS::Fetch()
+{
+    if (Capture(Ftp().Download()))
+        return true;
+    if (m_failure.number != errProtocol || !StartsWith(m_failure.description, "550"))
+        return false;
+    const Failure missing = m_failure;
+    const QString file = Ftp().RemoteFile;
+    QStringList names;
+    if (ListFileNames(names) && !names.contains(file)) {
+        for (const QString &name : names) {
+            QString target;
+            bool oldCopy = false;
+            if (SafeReplace::IsTemporaryName(name, target, oldCopy) && oldCopy && target == file
+                && Rename(name, file)) {
+                Ftp().RemoteFile = file;
+                return Capture(Ftp().Download());
+            }
+        }
+    }
+    Ftp().RemoteFile = file;
+    m_failure = missing;
+    return false;
 }
 
 QString CFTPS::WorkFileName()
@@ -806,7 +835,7 @@ long CFTPS::SaveFile(const QString &strURL_p, const QString &strLocalFilePath_p,
     Ftp().LocalFile = strLocalFilePath_p;
     Ftp().Overwrite = true;
     step = 3;
-    const bool ok = Capture(Ftp().Download());
+    const bool ok = Fetch();
     Ftp().TransferMode = 0;
     if (ok)
         return 1;

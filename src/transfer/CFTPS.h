@@ -137,6 +137,7 @@ private:
                  const QString &strPosition_p, bool boolPage_p);
     bool Rename(const QString &strFrom_p, const QString &strTo_p);
     bool ListFileNames(QStringList &names_p);
+    bool Fetch();
     long WriteWorkFile(const QByteArray &bytes_p, QString &strWork_p, const QString &strPosition_p);
     long OnFile(const QString &strURL_p, const QString &strPosition_p,
                 const std::function<long(const QString &)> &command_p,

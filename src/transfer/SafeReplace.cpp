@@ -172,9 +172,8 @@ bool SafeReplace::Recover()
         return true;
     if (m_recovery.isForever())
         m_recovery.setRemainingTime(kRecoveryMs);
-    const int timeout = control.Timeout;
     const bool back = LogOnAgain();
-    control.Timeout = timeout;
+    control.TimeoutLimit = 0;
     return back;
 }
 
@@ -185,7 +184,8 @@ bool SafeReplace::LogOnAgain()
         Pause(qMin<qint64>(kPauses[m_reconnects++], m_recovery.remainingTime()));
         if ((!m_settling && CancelRequested()) || m_recovery.hasExpired())
             return false;
-        control.Timeout = int(qMax<qint64>(1, (m_recovery.remainingTime() + 999) / 1000));
+        // The log-on sets the time-out of the site; the limit holds over it.
+        control.TimeoutLimit = int(qMax<qint64>(1, (m_recovery.remainingTime() + 999) / 1000));
         if (m_ftp.Connect() == 1 && m_ftp.ChangeFolder(m_folder) == 1)
             return true;
         const CFTPS::Failure &failure = m_ftp.m_failure;

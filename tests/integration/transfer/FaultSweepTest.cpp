@@ -116,7 +116,7 @@ TEST(FaultSweep, ServerGoneForGoodBetweenTheRenames)
                    {QStringLiteral("no_rename_over"), true}},
                   tally);
     ExpectNothingLost(tally);
-    EXPECT_GT(tally.pagesAside, 0);
+    EXPECT_GT(tally.keptAside, 0);
 }
 
 // The data connection of each upload is cut, with the honest reply and with
