@@ -141,6 +141,8 @@ bool CPublicSettings::ReadRecord(const QString &version, long index, SiteRecord 
         r.useabsol = parseBool(read(fUseabsol).text);
         r.isnew = parseBool(CReg::GetSetting(kSettings, QStringLiteral("isnew%1").arg(index),
                                              QStringLiteral("False")));
+        r.wwwalias = parseBool(CReg::GetSetting(kSettings, QStringLiteral("wwwalias%1").arg(index),
+                                                QStringLiteral("False")));
     } else {
         r.automode.clear(); // the older format has no such value
     }
@@ -241,7 +243,8 @@ long CPublicSettings::WriteRecord(const SiteRecord &record, long index)
         if (!CReg::SaveSetting(kSettings, QStringLiteral("subindex%1,%2").arg(index).arg(m),
                                record.subindex.at(m)))
             return 0;
-    return CReg::SaveSetting(kSettings, QStringLiteral("isnew%1").arg(index), boolText(record.isnew));
+    return CReg::SaveSetting(kSettings, QStringLiteral("isnew%1").arg(index), boolText(record.isnew))
+        && CReg::SaveSetting(kSettings, QStringLiteral("wwwalias%1").arg(index), boolText(record.wwwalias));
 }
 
 long CPublicSettings::WriteProxy()

@@ -31,6 +31,9 @@ struct SiteRecord
     bool isremoved = false; // in memory only
     bool isnew = false;     // from creation in the settings dialog until the address is edited
     bool useabsol = false;  // remotefolder is absolute and sessions start there
+    // The host with and without a leading "www." is this one site. Off
+    // by default: on some hosts the two names are different sites.
+    bool wwwalias = false;
 };
 
 // The proxy and firewall block of the store's section Proxy; members are

@@ -204,7 +204,8 @@ long CDocument::BindServerPath()
     const long current = MGlobalProjectObjects::lCurrentURL;
     const SiteRecord site = current >= 0 && current < long(sites.size()) ? sites[current] : SiteRecord();
     const long n = DocumentAddress::CalculateNumberSubDomainLevel();
-    const long found = DocumentAddress::ServerPathOf(m_Document.pathname(), m_Document.URL(), site, n, m_strURL);
+    const long found = DocumentAddress::ServerPathOf(m_Document.pathname(), m_Document.URL(), site, n, m_strURL,
+                                                     m_Document.characterSet());
     if (found == DocumentAddress::kAskServer)
         return FindIndexOnServer(m_strURL);
     return found;
@@ -679,7 +680,8 @@ long CDocument::OpenTransfer(CFTPS &ftp, const QString &position) const
 
 long CDocument::GetPreparedSendPath(const QString &strUnCorrectedPath_p, QString &strCorrectedPath) const
 {
-    return CSendPath::GetPreparedSendPath(CurrentSite(), strUnCorrectedPath_p, m_Document.pathname(), strCorrectedPath);
+    return CSendPath::GetPreparedSendPath(CurrentSite(), strUnCorrectedPath_p, m_Document.pathname(), strCorrectedPath,
+                                          m_Document.characterSet());
 }
 
 // ------------------------------------------------- the page's source as text

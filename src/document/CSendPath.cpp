@@ -1,15 +1,15 @@
 #include "document/CSendPath.h"
 
+#include "document/AddressPath.h"
 #include "document/DocumentAddress.h"
 
 long CSendPath::GetPreparedSendPath(const SiteRecord &site, const QString &strURL,
-                                    const QString &strPathname, QString &strCorrectedPath)
+                                    const QString &strPathname, QString &strCorrectedPath,
+                                    const QString &charset)
 {
     QString path = strURL;
     if (path.isEmpty()) {
-        path = strPathname;
-        path.replace(QLatin1String("%20"), QLatin1String(" "));
-        path.replace(QLatin1String("%26"), QLatin1String("&"));
+        path = AddressPath::Decode(strPathname, charset);
         const long levels = DocumentAddress::SubDomainLevel(site.baseaddress);
         if (levels >= 1)
             DocumentAddress::ShortenDocumentPath(path, levels);
@@ -32,7 +32,7 @@ QString CSendPath::RemoveTildePart(const QString &strPath)
 
 QString CSendPath::JoinRoot(const QString &root, const QString &strPath)
 {
-    if (root.isEmpty() || strPath.startsWith(root))
+    if (root.isEmpty() || AddressPath::StartsWithRoot(strPath, root))
         return strPath;
     const bool rootSlash = root.endsWith(QLatin1Char('/'));
     const bool pathSlash = strPath.startsWith(QLatin1Char('/'));

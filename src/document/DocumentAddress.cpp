@@ -1,27 +1,12 @@
 #include "document/DocumentAddress.h"
 
 #include "config/MGlobalProjectObjects.h"
+#include "document/AddressPath.h"
+#include "document/SiteAddressMatch.h"
 #include "transfer/RemotePathMapper.h"
 
 namespace {
 const QString kSlash = QStringLiteral("/");
-}
-
-// The scheme is taken off by length, seven characters for "http://", as the
-// site records always hold plain HTTP addresses.
-QString DocumentAddress::WithoutScheme(const QString &address)
-{
-    return address.mid(7);
-}
-
-QString DocumentAddress::WithTrailingSlash(const QString &s)
-{
-    return s.endsWith(kSlash) ? s : s + kSlash;
-}
-
-QString DocumentAddress::WithoutTrailingSlash(const QString &s)
-{
-    return s.endsWith(kSlash) ? s.left(s.size() - 1) : s;
 }
 
 QString DocumentAddress::FilePart(const QString &path)
@@ -37,10 +22,7 @@ bool DocumentAddress::GetCurrentURLIndex(const QString &strURL, bool &found)
     for (long i = long(sites.size()) - 1; i >= 0; --i) {
         if (sites[i].isactive != QStringLiteral("1"))
             continue;
-        const QString a = WithTrailingSlash(WithoutScheme(sites[i].baseaddress));
-        QString b = WithoutScheme(strURL);
-        b = b.size() > a.size() ? b.left(a.size()) : WithTrailingSlash(b);
-        if (a == b) {
+        if (SiteAddressMatch::Holds(sites[i].baseaddress, strURL, sites[i].wwwalias)) {
             found = true;
             MGlobalProjectObjects::lCurrentURL = i;
             break;
@@ -51,7 +33,7 @@ bool DocumentAddress::GetCurrentURLIndex(const QString &strURL, bool &found)
 
 long DocumentAddress::SubDomainLevel(const QString &baseaddress)
 {
-    return WithoutScheme(WithoutTrailingSlash(baseaddress)).count(kSlash);
+    return SiteAddressMatch::FolderLevels(baseaddress);
 }
 
 long DocumentAddress::CalculateNumberSubDomainLevel()
@@ -90,33 +72,19 @@ long DocumentAddress::ShortenServerPath(const QString &strPath, QString &strOut,
     return 1;
 }
 
-QString DocumentAddress::GetCodedURL(const QString &strURL)
+QString DocumentAddress::FolderPath(const QString &pathname, long n, const QString &ftproot,
+                                    const QString &charset)
 {
-    QString s = strURL.toLower();
-    s.replace(QStringLiteral("%c4"), QStringLiteral("ä"));
-    s.replace(QStringLiteral("%e4"), QStringLiteral("ä"));
-    s.replace(QStringLiteral("%c5"), QStringLiteral("å"));
-    s.replace(QStringLiteral("%e5"), QStringLiteral("å"));
-    s.replace(QStringLiteral("%d6"), QStringLiteral("ö"));
-    s.replace(QStringLiteral("%f6"), QStringLiteral("ö"));
-    return s;
-}
-
-QString DocumentAddress::FolderPath(const QString &pathname, long n, const QString &ftproot)
-{
-    QString path = pathname.toLower();
+    QString path = AddressPath::Decode(pathname, charset);
     if (n > 0)
         ShortenDocumentPath(path, n);
-    if (path.contains(QLatin1Char('%')))
-        path = GetCodedURL(path);
-    if (!ftproot.isEmpty() && ftproot != kSlash && path.startsWith(ftproot))
-        path = path.mid(ftproot.size());
-    return path;
+    return AddressPath::WithoutRoot(path, ftproot);
 }
 
 bool DocumentAddress::IsSiteHome(const QString &documentURL, const QString &baseaddress)
 {
-    return WithoutTrailingSlash(WithoutScheme(documentURL)) == WithoutTrailingSlash(WithoutScheme(baseaddress));
+    // The address has already been matched to the site, host and all.
+    return SiteAddressMatch::IsHome(baseaddress, documentURL, true);
 }
 
 QString DocumentAddress::FindSubIndex(const QStringList &subindex, const QString &folderPath)
@@ -139,18 +107,16 @@ void DocumentAddress::AddSubIndex(QStringList &subindex, const QString &entry)
 }
 
 long DocumentAddress::ServerPathOf(const QString &pathname, const QString &documentURL, const SiteRecord &site,
-                                   long n, QString &strURL)
+                                   long n, QString &strURL, const QString &charset)
 {
     strURL.clear();
-    QString path = pathname.toLower();
     // The blank page has "/blank" in some engines and "blank" in this one.
-    if (path == QStringLiteral("/blank") || path == QStringLiteral("blank"))
+    if (pathname.compare(QStringLiteral("/blank"), Qt::CaseInsensitive) == 0
+        || pathname.compare(QStringLiteral("blank"), Qt::CaseInsensitive) == 0)
         return -1;
-    if (path.contains(QLatin1Char('%')))
-        path = GetCodedURL(path);
-    if (!FilePart(path).isEmpty())
+    if (!FilePart(AddressPath::Decode(pathname, charset)).isEmpty())
         return 1;
-    const QString folder = FolderPath(pathname, n, site.ftproot);
+    const QString folder = FolderPath(pathname, n, site.ftproot, charset);
     if (IsSiteHome(documentURL, site.baseaddress)) {
         strURL = site.indexfile;
         return 1;
@@ -187,14 +153,15 @@ QString DocumentAddress::DocumentFullAddress(const QString &href, const QString 
 {
     if (strURL.isEmpty())
         return href;
-    return RemotePathMapper::TrimSlashes(href) + kSlash + FilePart(strURL);
+    return RemotePathMapper::TrimSlashes(href) + kSlash + AddressPath::Encode(FilePart(strURL));
 }
 
 QString DocumentAddress::FullPath(const QString &href, const QString &strURL)
 {
     if (strURL.isEmpty())
         return href;
+    const QString file = AddressPath::Encode(FilePart(strURL));
     if (strURL.contains(kSlash))
-        return href + FilePart(strURL);
-    return href.contains(kSlash) ? href + strURL : href + kSlash + strURL;
+        return href + file;
+    return href.contains(kSlash) ? href + file : href + kSlash + file;
 }

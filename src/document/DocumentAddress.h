@@ -10,8 +10,9 @@ struct SiteRecord;
 class DocumentAddress
 {
 public:
-    // Selects the last active site whose baseaddress starts the address;
-    // sets MGlobalProjectObjects::lCurrentURL and answers whether one did.
+    // Selects the last active site that holds the address (see
+    // SiteAddressMatch); sets MGlobalProjectObjects::lCurrentURL and answers
+    // whether one did.
     static bool GetCurrentURLIndex(const QString &strURL, bool &found);
 
     // How many folders the current site's baseaddress lies below its host.
@@ -26,17 +27,15 @@ public:
     static long ShortenServerPath(const QString &strPath, QString &strOut, long n,
                                   const QString &strMode = QStringLiteral("relative"));
 
-    // Lower-cases the path and turns the Latin-1 escapes of the Swedish
-    // letters into the letters themselves.
-    static QString GetCodedURL(const QString &strURL);
-
     // The folder path a folder address stands for on the FTP server: the
-    // pathname lower-cased, its first n segments dropped, decoded, and the
-    // ftproot taken off its front.
-    static QString FolderPath(const QString &pathname, long n, const QString &ftproot);
+    // pathname decoded (see AddressPath::Decode; charset is the page's), its
+    // first n segments dropped and the ftproot taken off its front by whole
+    // segments. The case stays as it is.
+    static QString FolderPath(const QString &pathname, long n, const QString &ftproot,
+                              const QString &charset = QString());
 
-    // The address is the site's home when it equals baseaddress, scheme and
-    // final "/" aside.
+    // The address is the site's home when it is the same place as
+    // baseaddress, scheme and final "/" aside.
     static bool IsSiteHome(const QString &documentURL, const QString &baseaddress);
 
     // The first subindex entry that begins with the folder path; an empty
@@ -53,7 +52,7 @@ public:
     // strURL then holds the folder path to search.
     static constexpr long kAskServer = 2;
     static long ServerPathOf(const QString &pathname, const QString &documentURL, const SiteRecord &site,
-                             long n, QString &strURL);
+                             long n, QString &strURL, const QString &charset = QString());
 
     // From the last "." on, or "" without one.
     static QString ExtensionOf(const QString &strPath);
@@ -70,8 +69,5 @@ public:
     static QString FullPath(const QString &href, const QString &strURL);
 
 private:
-    static QString WithoutScheme(const QString &address);
-    static QString WithTrailingSlash(const QString &s);
-    static QString WithoutTrailingSlash(const QString &s);
     static QString FilePart(const QString &path);
 };

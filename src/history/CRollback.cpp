@@ -1,6 +1,7 @@
 #include "history/CRollback.h"
 
 #include "config/MGlobalProjectObjects.h"
+#include "document/AddressPath.h"
 #include "platform/CReg.h"
 #include "platform/LocalFolders.h"
 #include "support/MError.h"
@@ -390,14 +391,13 @@ QString CRollback::ViewAddress(const SiteRecord &site, const QString &strPagePat
 {
     QString path = joined(folderOf(strPagePath_p), strName_p);
     // The page path may begin with the folder between the login folder and
-    // the web root, which the web server doesn't show. It is taken out of
-    // the path only: the site's host name may well hold the same letters.
-    if (!site.ftproot.isEmpty() && site.ftproot != QStringLiteral("/")) {
-        path.remove(site.ftproot);
-        while (path.contains(QStringLiteral("//")))
-            path.replace(QStringLiteral("//"), QStringLiteral("/"));
-    }
-    return joined(site.baseaddress, path);
+    // the web root, which the web server doesn't show: it goes from the
+    // front of the path, by whole segments. The rest goes into the address
+    // escaped, as a browser would write it.
+    path = AddressPath::WithoutRoot(path, site.ftproot);
+    while (path.contains(QStringLiteral("//")))
+        path.replace(QStringLiteral("//"), QStringLiteral("/"));
+    return joined(site.baseaddress, AddressPath::Encode(path));
 }
 
 long CRollback::ViewBackup(long nRevision_p)

@@ -39,6 +39,7 @@ QString HtmlDocument::title() const { return info(QStringLiteral("HtmlDocument.t
 QString HtmlDocument::URL() const { return info(QStringLiteral("HtmlDocument.URL")).value(QStringLiteral("URL")).toString(); }
 QString HtmlDocument::href() const { return info(QStringLiteral("HtmlDocument.location")).value(QStringLiteral("href")).toString(); }
 QString HtmlDocument::pathname() const { return info(QStringLiteral("HtmlDocument.location")).value(QStringLiteral("pathname")).toString(); }
+QString HtmlDocument::characterSet() const { return info(QStringLiteral("HtmlDocument.characterSet")).value(QStringLiteral("characterSet")).toString(); }
 QString HtmlDocument::readyState() const { return info(QStringLiteral("HtmlDocument.readyState")).value(QStringLiteral("readyState")).toString(); }
 QString HtmlDocument::designMode() const { return info(QStringLiteral("HtmlDocument.designMode")).value(QStringLiteral("designMode")).toString(); }
 QString HtmlDocument::doctype() const { return info(QStringLiteral("HtmlDocument.doctype")).value(QStringLiteral("doctype")).toString(); }

@@ -47,6 +47,7 @@ public:
     QString URL() const;
     QString href() const;     // location.href
     QString pathname() const; // location.pathname
+    QString characterSet() const; // the charset the engine read the page with
     QString readyState() const; // "loading", "interactive", "complete"
     QString designMode() const; // "On" or "Off"
     void setDesignMode(const QString &mode);

@@ -441,7 +441,7 @@ void frmVindrell::m_IE_NavigateComplete2(const QString &url)
 
 void frmVindrell::m_IE_DocumentComplete(const QList<int> &, const QString &url, bool isTop)
 {
-    m_strCurrentURL = url.toLower();
+    m_strCurrentURL = url;
     cmdEditEnable(true);
     if (m_IE->Document().isNull())
         return;

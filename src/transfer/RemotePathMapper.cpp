@@ -1,8 +1,29 @@
 #include "transfer/RemotePathMapper.h"
 
+#include <QStringList>
+
 namespace {
 const QChar kSlash = QLatin1Char('/');
+
+QStringList segmentsOf(const QString &path)
+{
+    return path.split(kSlash, Qt::SkipEmptyParts);
 }
+
+// Where the run of segments `part` stands in `whole`, comparing whole
+// segments only; -1 when it doesn't.
+qsizetype segmentRun(const QStringList &whole, const QStringList &part, Qt::CaseSensitivity cs)
+{
+    for (qsizetype at = 0; !part.isEmpty() && at + part.size() <= whole.size(); ++at) {
+        bool same = true;
+        for (qsizetype k = 0; k < part.size() && same; ++k)
+            same = whole.at(at + k).compare(part.at(k), cs) == 0;
+        if (same)
+            return at;
+    }
+    return -1;
+}
+} // namespace
 
 QString RemotePathMapper::TrimSlashes(const QString &s)
 {
@@ -54,34 +75,34 @@ void RemotePathMapper::BuildRemoteFolder(const Site &site, const QString &strCur
 
     if (!site.remotefolder.isEmpty() && site.useremotef == QStringLiteral("1")) {
         const QString remote = TrimSlashes(site.remotefolder);
-        if (!folder.contains(remote, Qt::CaseInsensitive))
+        // Already in the folder, in whatever letters the user typed it, it
+        // is not put in front a second time.
+        if (segmentRun(segmentsOf(folder), segmentsOf(remote), Qt::CaseInsensitive) < 0)
             folder = remote + kSlash + TrimSlashes(folder);
     }
     strRemoteFolder_p = folder;
 }
 
 // The page's folder below the web root, seen from the folder the session
-// stands in: a page address may repeat the web root's path, and a session
-// that already stands inside that path must not walk into it again.
+// stands in: a page path may begin with the web root's path, and a session
+// that already stands inside that path must not walk into it again. Both
+// are matched by whole segments at the front: with the root "/www" the page
+// folder "/www2" is a folder of its own, and a folder of the site that
+// happens to share the root's name is left alone.
 QString RemotePathMapper::MapUnderFtpRoot(const QString &ftproot, const QString &strCurrentFolder_p,
                                           const QString &strPagePath_p)
 {
     const QString root = TrimSlashes(ftproot);
-    QString page = strPagePath_p;
-    const qsizetype found = page.lastIndexOf(root);
-    if (found >= 0 && !root.isEmpty())
-        page = page.mid(found + root.size());
-    QString folder = root + kSlash + TrimSlashes(page);
+    QStringList page = segmentsOf(strPagePath_p);
+    const QStringList rootSegments = segmentsOf(root);
+    if (segmentRun(page, rootSegments, Qt::CaseSensitive) == 0)
+        page = page.mid(rootSegments.size());
+    QStringList folder = rootSegments + page;
+    const QString whole = root + kSlash + page.join(kSlash);
 
-    if (strCurrentFolder_p.isEmpty() || strCurrentFolder_p == QStringLiteral("/"))
-        return folder;
-    const QString current = strCurrentFolder_p.startsWith(kSlash) ? strCurrentFolder_p.mid(1)
-                                                                  : strCurrentFolder_p;
-    const qsizetype inside = folder.indexOf(current);
-    if (inside >= 0) {
-        folder = folder.mid(inside + current.size() + 1);
-        if (folder.isEmpty())
-            folder = strCurrentFolder_p;
-    }
-    return folder;
+    const QStringList current = segmentsOf(strCurrentFolder_p);
+    if (current.isEmpty() || segmentRun(folder, current, Qt::CaseSensitive) != 0)
+        return whole;
+    folder = folder.mid(current.size());
+    return folder.isEmpty() ? strCurrentFolder_p : folder.join(kSlash);
 }

@@ -45,6 +45,7 @@
       const d = docAt(path);
       const dt = d.doctype;
       return { title: d.title, URL: d.URL, href: d.location.href, pathname: d.location.pathname,
+               characterSet: d.characterSet,
                designMode: d.designMode === 'on' ? 'On' : 'Off', readyState: d.readyState,
                frames: winOf(d).frames.length, doctype: dt ? new XMLSerializer().serializeToString(dt) : '' };
     },

@@ -14,6 +14,8 @@ TEST(SendPath, FromSiteAndAddress)
         {"http://h", "/www", "", "/p.htm", "/www/p.htm"},
         {"http://h", "www", "", "p.htm", "www/p.htm"},
         {"http://h", "/www", "", "/www/p.htm", "/www/p.htm"},
+        {"http://h", "/www", "", "/www2/P.htm", "/www/www2/P.htm"},
+        {"https://h", "", "", "/Products/%C3%84ta.htm", "/Products/\xC3\x84ta.htm"},
         {"http://h", "", "", "/~anna/sub/p.htm", "/sub/p.htm"},
         {"http://h", "", "", "/~anna", "/~anna"},
         // A site in a subfolder loses its levels; the document's own path does not.
@@ -27,6 +29,6 @@ TEST(SendPath, FromSiteAndAddress)
         site.ftproot = QString::fromLatin1(c.root);
         QString out;
         EXPECT_EQ(CSendPath::GetPreparedSendPath(site, QString::fromLatin1(c.url), QString::fromLatin1(c.pathname), out), 1);
-        EXPECT_EQ(out, QString::fromLatin1(c.expected)) << c.base << " " << c.pathname;
+        EXPECT_EQ(out, QString::fromUtf8(c.expected)) << c.base << " " << c.pathname;
     }
 }

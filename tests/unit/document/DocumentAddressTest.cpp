@@ -1,4 +1,5 @@
 #include "config/MGlobalProjectObjects.h"
+#include "document/AddressPath.h"
 #include "document/DocumentAddress.h"
 
 #include <gtest/gtest.h>
@@ -43,8 +44,34 @@ TEST_F(DocumentAddressSites, SelectsTheLastActiveMatchingSite)
     EXPECT_EQ(MGlobalProjectObjects::lCurrentURL, 1);
     EXPECT_FALSE(DocumentAddress::GetCurrentURLIndex(QStringLiteral("http://other/a.htm"), found));
     EXPECT_FALSE(found);
-    // Case matters: the host's records are compared as typed.
-    EXPECT_FALSE(DocumentAddress::GetCurrentURLIndex(QStringLiteral("http://HOST/a.htm"), found));
+}
+
+// A site moved to https, a host name in capitals and an escaped folder are
+// the same site; a folder that merely begins with the same letters, another
+// case in the path, or "www." the record does not allow are not.
+TEST_F(DocumentAddressSites, MatchesLikeABrowserSeesTheSite)
+{
+    auto &sites = MGlobalProjectObjects::URLDATA;
+    sites.push_back(Site(QStringLiteral("http://www.shop.example/Vår butik/")));
+    sites.push_back(Site(QStringLiteral("http://alias.example")));
+    sites.back().wwwalias = true;
+    bool found = false;
+    for (const char *address : {"https://host/sub/a.htm", "http://HOST/sub/", "https://host:443/sub/x/"}) {
+        DocumentAddress::GetCurrentURLIndex(QString::fromLatin1(address), found);
+        EXPECT_TRUE(found && MGlobalProjectObjects::lCurrentURL == 1) << address;
+    }
+    DocumentAddress::GetCurrentURLIndex(QStringLiteral("http://host/subway/a.htm"), found);
+    EXPECT_EQ(MGlobalProjectObjects::lCurrentURL, 0);
+    DocumentAddress::GetCurrentURLIndex(QStringLiteral("https://www.shop.example/V%C3%A5r%20butik/a.htm"), found);
+    EXPECT_EQ(MGlobalProjectObjects::lCurrentURL, 3);
+    for (const char *address : {"http://www.shop.example/vår butik/a.htm", "http://shop.example/Vår butik/a.htm",
+                                "http://host:8080/a.htm", "ftp://host/a.htm"}) {
+        EXPECT_FALSE(DocumentAddress::GetCurrentURLIndex(QString::fromUtf8(address), found)) << address;
+    }
+    DocumentAddress::GetCurrentURLIndex(QStringLiteral("https://www.alias.example/a.htm"), found);
+    EXPECT_EQ(MGlobalProjectObjects::lCurrentURL, 4);
+    EXPECT_TRUE(DocumentAddress::IsSiteHome(QStringLiteral("https://host/sub"), QStringLiteral("http://host/sub/")));
+    EXPECT_FALSE(DocumentAddress::IsSiteHome(QStringLiteral("https://host/sub/a/"), QStringLiteral("http://host/sub/")));
 }
 
 TEST_F(DocumentAddressSites, SubDomainLevelCountsFoldersOfTheCurrentSite)
@@ -74,10 +101,15 @@ TEST(DocumentAddress, ShortensPaths)
     EXPECT_EQ(out, QStringLiteral("."));
 }
 
-TEST(DocumentAddress, CodedUrlGivesSwedishLettersInLowerCase)
+// Escapes are read as UTF-8 first, in the page's code page when they are
+// no UTF-8; the case stays; Encode is the way back.
+TEST(DocumentAddress, PathsDecodeInFullAndKeepTheirCase)
 {
-    EXPECT_EQ(DocumentAddress::GetCodedURL(QStringLiteral("/R%E4KSM%C5RG%d6s/%F6")), QStringLiteral("/räksmårgös/ö"));
-    EXPECT_EQ(DocumentAddress::GetCodedURL(QStringLiteral("/a%20b")), QStringLiteral("/a%20b"));
+    EXPECT_EQ(AddressPath::Decode(QStringLiteral("/%C3%A4ta/Index%20%26%2B.htm")), QStringLiteral("/äta/Index &+.htm"));
+    EXPECT_EQ(AddressPath::Decode(QStringLiteral("/R%E4KSM%C5RG%d6s")), QStringLiteral("/RäKSMÅRGÖs"));
+    EXPECT_EQ(AddressPath::Decode(QStringLiteral("/%E4"), QStringLiteral("iso-8859-7")), QStringLiteral("/δ"));
+    EXPECT_EQ(AddressPath::Encode(QStringLiteral("/äta/a b#.htm")), QStringLiteral("/%C3%A4ta/a%20b%23.htm"));
+    EXPECT_EQ(AddressPath::Decode(AddressPath::Encode(QStringLiteral("/Ünï/%.htm"))), QStringLiteral("/Ünï/%.htm"));
 }
 
 // The address-to-file steps of a document: a blank page is refused, a file
@@ -96,9 +128,13 @@ TEST(DocumentAddress, ServerPathOfAddresses)
     EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/"), QStringLiteral("http://host/~user"), site, 1, url),
               1);
     EXPECT_EQ(url, QStringLiteral("index.htm"));
-    EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/NEWS/"), QStringLiteral("http://host/~user/NEWS/"),
+    EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/news/"), QStringLiteral("http://host/~user/news/"),
                                             site, 1, url), 1);
     EXPECT_EQ(url, QStringLiteral("/news/start.htm"));
+    // Another folder on a server that tells the cases apart.
+    EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/NEWS/"), QStringLiteral("http://host/~user/NEWS/"),
+                                            site, 1, url), DocumentAddress::kAskServer);
+    EXPECT_EQ(url, QStringLiteral("/NEWS/"));
     // Entries behind an empty one are not searched.
     EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/late/"), QStringLiteral("http://host/~user/late/"),
                                             site, 1, url), DocumentAddress::kAskServer);
@@ -106,12 +142,17 @@ TEST(DocumentAddress, ServerPathOfAddresses)
     EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/r%E4k/"), QStringLiteral("http://host/~user/r%E4k/"),
                                             site, 1, url), DocumentAddress::kAskServer);
     EXPECT_EQ(url, QStringLiteral("/räk/"));
+    EXPECT_EQ(DocumentAddress::ServerPathOf(QStringLiteral("/~user/R%C3%A4k/"), QStringLiteral("https://host/~user/R%C3%A4k/"),
+                                            site, 1, url), DocumentAddress::kAskServer);
+    EXPECT_EQ(url, QStringLiteral("/Räk/"));
 }
 
 TEST(DocumentAddress, FolderPathLosesTheFtpRoot)
 {
     EXPECT_EQ(DocumentAddress::FolderPath(QStringLiteral("/www/sub/"), 0, QStringLiteral("/www")), QStringLiteral("/sub/"));
     EXPECT_EQ(DocumentAddress::FolderPath(QStringLiteral("/sub/"), 0, QStringLiteral("/")), QStringLiteral("/sub/"));
+    EXPECT_EQ(DocumentAddress::FolderPath(QStringLiteral("/www2/Sub/"), 0, QStringLiteral("/www")),
+              QStringLiteral("/www2/Sub/"));
 }
 
 TEST(DocumentAddress, SubIndexTakesTheEmptyFirstPlace)

@@ -57,6 +57,14 @@ TEST(RemotePathMapper, FtpRootWithOrWithoutSlashesMapsAlike)
     }
     EXPECT_EQ(map(QStringLiteral("/"), QStringLiteral("/"), QStringLiteral("/a/b/c.htm")).folder,
               QStringLiteral("/a/b"));
+    // Whole segments, in their own case: "/www2" beside the root "/www", a
+    // folder of the site named like the root, and capitals all stay.
+    EXPECT_EQ(map(QStringLiteral("/www"), QStringLiteral("/"), QStringLiteral("/www/www2/a.htm")).folder,
+              QStringLiteral("www/www2"));
+    EXPECT_EQ(map(QStringLiteral("/www"), QStringLiteral("/"), QStringLiteral("/www/Shop/www/a.htm")).folder,
+              QStringLiteral("www/Shop/www"));
+    EXPECT_EQ(map(QStringLiteral("/www"), QStringLiteral("/ww"), QStringLiteral("/www/a.htm")).folder,
+              QStringLiteral("www/"));
 }
 
 TEST(RemotePathMapper, PageWithoutFolder)
