@@ -13,12 +13,11 @@ SiteAddressMatch::Place SiteAddressMatch::PlaceOf(const QString &address, bool w
     Place place;
     const QString scheme = url.scheme().toLower();
     place.web = scheme == QLatin1String("http") || scheme == QLatin1String("https");
+    place.secure = scheme == QLatin1String("https");
     place.host = url.host().toLower();
     if (wwwAlias && place.host.startsWith(QLatin1String("www.")))
         place.host = place.host.mid(4);
-    // The port a scheme uses by default is no port of its own: the site
-    // answers on 80 and on 443 alike once it has moved to https.
-    const int standard = scheme == QLatin1String("https") ? 443 : 80;
+    const int standard = place.secure ? 443 : 80;
     place.port = url.port(standard) == standard ? -1 : url.port();
     place.folders = AddressPath::Segments(AddressPath::Decode(url.path(QUrl::FullyEncoded)));
     return place;
@@ -26,7 +25,10 @@ SiteAddressMatch::Place SiteAddressMatch::PlaceOf(const QString &address, bool w
 
 bool SiteAddressMatch::SameHost(const Place &base, const Place &page)
 {
-    return base.web && page.web && !base.host.isEmpty() && base.host == page.host && base.port == page.port;
+    // A site that moved to https answers on the port of https, whichever
+    // the record names for http; under one scheme the port must agree.
+    return base.web && page.web && !base.host.isEmpty() && base.host == page.host
+        && (base.secure != page.secure || base.port == page.port);
 }
 
 bool SiteAddressMatch::Holds(const QString &baseaddress, const QString &address, bool wwwAlias)

@@ -26,6 +26,7 @@ private:
     struct Place
     {
         bool web = false; // http or https
+        bool secure = false; // https
         QString host;
         int port = -1;
         QStringList folders;

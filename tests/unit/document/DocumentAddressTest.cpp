@@ -56,7 +56,7 @@ TEST_F(DocumentAddressSites, MatchesLikeABrowserSeesTheSite)
     sites.push_back(Site(QStringLiteral("http://alias.example")));
     sites.back().wwwalias = true;
     bool found = false;
-    for (const char *address : {"https://host/sub/a.htm", "http://HOST/sub/", "https://host:443/sub/x/"}) {
+    for (const char *address : {"https://host/sub/a.htm", "http://HOST/sub/", "https://host:8443/sub/x/"}) {
         DocumentAddress::GetCurrentURLIndex(QString::fromLatin1(address), found);
         EXPECT_TRUE(found && MGlobalProjectObjects::lCurrentURL == 1) << address;
     }
