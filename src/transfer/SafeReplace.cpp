@@ -89,6 +89,7 @@ bool SafeReplace::Run()
         Settle();
     }
     m_ftp.m_failure = cause;
+    m_ftp.Ftp().TimeoutLimit = 0;
     if (wasClear)
         MError::ClearError();
     return m_outcome == Outcome::NewStands;
@@ -122,6 +123,7 @@ SafeReplace::Act SafeReplace::Do(const std::function<bool()> &act, const std::fu
     for (int tries = 1;; ++tries) {
         if (!m_settling && CancelRequested())
             return Act::Cancelled;
+        LimitToRecovery();
         if (act())
             return Act::Done;
         // A Cancel of the transfer window ends this control's call only.
@@ -152,6 +154,7 @@ bool SafeReplace::Look(Listing &listing)
                     listing.insert(name, {size, time});
             });
         control.RemoteFile.clear();
+        LimitToRecovery();
         const bool ok = m_ftp.Capture(control.ListDirectoryLong());
         QObject::disconnect(collect);
         if (ok)
@@ -167,25 +170,31 @@ bool SafeReplace::Look(Listing &listing)
 // never tried again with the same password, as servers lock accounts.
 bool SafeReplace::Recover()
 {
-    FtpControl &control = m_ftp.Ftp();
-    if (control.Connected() && m_ftp.m_failure.number == ControlError::DataConnection)
+    if (m_ftp.Ftp().Connected() && m_ftp.m_failure.number == ControlError::DataConnection)
         return true;
     if (m_recovery.isForever())
         m_recovery.setRemainingTime(kRecoveryMs);
-    const bool back = LogOnAgain();
-    control.TimeoutLimit = 0;
-    return back;
+    return LogOnAgain();
+}
+
+// Once a fault has started the recovery, no call of this replace waits
+// longer than the time the recovery has left, whatever the site's time-out
+// says: a server that has gone silent must not hold the window for another
+// time-out per step. The log-on sets the site's time-out; the limit holds
+// over it. Run lifts the limit at its end.
+void SafeReplace::LimitToRecovery()
+{
+    if (!m_recovery.isForever())
+        m_ftp.Ftp().TimeoutLimit = int(qMax<qint64>(1, (m_recovery.remainingTime() + 999) / 1000));
 }
 
 bool SafeReplace::LogOnAgain()
 {
-    FtpControl &control = m_ftp.Ftp();
     while (m_reconnects < kReconnects && !m_recovery.hasExpired()) {
         Pause(qMin<qint64>(kPauses[m_reconnects++], m_recovery.remainingTime()));
         if ((!m_settling && CancelRequested()) || m_recovery.hasExpired())
             return false;
-        // The log-on sets the time-out of the site; the limit holds over it.
-        control.TimeoutLimit = int(qMax<qint64>(1, (m_recovery.remainingTime() + 999) / 1000));
+        LimitToRecovery();
         if (m_ftp.Connect() == 1 && m_ftp.ChangeFolder(m_folder) == 1)
             return true;
         const CFTPS::Failure &failure = m_ftp.m_failure;
