@@ -630,6 +630,7 @@ long CDocument::SendSaved(const QByteArray &bytes)
     const long kept = rollback.BackupPage(m_strSavePath);
     if (kept == 0)
         return SaveFailed(12);
+    m_boolRevisionKept = kept == 1;
     MError::ClearError();
     CFTPS ftp;
     if (OpenTransfer(ftp, SavePosition(m_strSavePath, 10)) != 1)

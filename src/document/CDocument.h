@@ -65,6 +65,9 @@ public:
     // failed, error pending. A page whose old version can't be kept as a
     // revision is saved all the same.
     long Save();
+    // After a Save of 1: whether the version it replaced was kept as a
+    // revision.
+    bool RevisionKept() const { return m_boolRevisionKept; }
     // Sends the text to the page's file on the server as it stands. 1 or 0.
     // What stands on the server is kept as a revision first, unless the text
     // puts back what stood before this session's own save (keepRevision_p).
@@ -142,6 +145,7 @@ private:
     QString m_strOriginalASP;
     QString m_strLastSaved;
     QString m_strSavePath; // the server path of the save under way
+    bool m_boolRevisionKept = false;
     FaithfulSave m_Faithful; // the file's own bytes, lined up with the page
     QString m_strRefusal;
     bool m_boolEditedAsHTML = false;

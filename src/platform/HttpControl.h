@@ -50,7 +50,8 @@ private:
     long fail(long number, const QString &description);
     void post(std::function<void()> event);
 
-    bool m_busy = false;
+    // Abort may come from another thread than the call's.
+    std::atomic<bool> m_busy{false};
     std::atomic<bool> m_abort{false};
     long m_status = 0;
     long m_errorNumber = 0;

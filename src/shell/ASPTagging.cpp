@@ -61,12 +61,18 @@ QString ASPTagging::BackupName(const QString &strURL)
 // of the session writes into, and what goes back when the marks come off.
 long ASPTagging::SetASPTags(const QString &strURL)
 {
+    CFTPS ftp;
+    QByteArray source;
+    // A page that can't be read is untouched on the server: it gets no
+    // filter, so nothing is put back or cleared away for it.
+    if (ftp.GetASCIIFile(strURL, source) != 1) {
+        MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(), kPosition);
+        return 0;
+    }
     auto filter = std::make_shared<CASPFilter>();
     m_ASPFilters.push_back(filter);
     m_aMarkedOriginals.append(QByteArray());
-    CFTPS ftp;
-    QByteArray source;
-    if (ftp.GetASCIIFile(strURL, source) != 1 || MarkedPageRepair::Repair(ftp, strURL, source) != 1) {
+    if (MarkedPageRepair::Repair(ftp, strURL, source) != 1) {
         MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(), kPosition);
         return 0;
     }

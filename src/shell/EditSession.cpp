@@ -4,28 +4,32 @@
 #include "cms/CCMS.h"
 #include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
+#include "config/frmMessageBoxOnce.h"
 #include "document/CDocument.h"
 #include "objects/frmDocumentInnerHTML.h"
+#include "platform/CurlErrorMap.h"
 #include "platform/FtpControl.h"
 #include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
 #include "shell/frmVindrell.h"
 #include "shell/HttpDate.h"
+#include "support/ErrorReport.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/MWait.h"
+#include "support/StringIds.h"
 #include "support/UserQuestions.h"
 #include "transfer/CFTPS.h"
 
 #include <QApplication>
 #include <QDateTime>
+#include <QLocale>
 #include <QPushButton>
 #include <QTimer>
 
 namespace {
 constexpr long kEnteringEditMode = 14000;
-constexpr long kNoCMSFile = 14001;
 constexpr long kNotACMSUser = 14002;
 constexpr long kExtensionNotSupported = 14003;
 constexpr long kComplexASP = 14004;
@@ -39,6 +43,11 @@ constexpr long kWrittenWhole = 22104; // a page saved as the engine writes it
 constexpr long kSaveCancelled = 22150;
 constexpr long kStoppingEntry = 22151;
 constexpr long kStoppingSave = 22152;
+constexpr long kLogonRefused = -530;
+// A status of DoTheServerSideDance: the file of a page is not on the server.
+constexpr long kPageMissing = -2;
+// The settings name of the "don't show again" box of the note about CMS data.
+const char *const kNoCMSFileName = "ShowNoCMSFile";
 // The short waits that let the page engine settle before the frames are read.
 constexpr int kSettleMs = 80;
 
@@ -50,6 +59,25 @@ QString L(long id)
 void Settle(int ms)
 {
     PageScriptCall::pumpUntil([] { return false; }, ms);
+}
+
+// The server answered a read with 550: it has no such file (or folder). A
+// refused write has its own number (-550), so it never passes for this.
+bool PendingErrorIsMissingFile()
+{
+    return MError::ErrorNumber() == ControlError::Protocol
+           && MError::ErrorDescription().startsWith(QStringLiteral("550"));
+}
+
+QString TimeNow()
+{
+    return QLocale().toString(QTime::currentTime(), QLocale::ShortFormat);
+}
+
+// The first line of an error's text: what the status bar has room for.
+QString FirstLine(const QString &text)
+{
+    return text.section(QLatin1Char('\n'), 0, 0).trimmed();
 }
 } // namespace
 
@@ -99,6 +127,26 @@ EditSession::StepGuard::~StepGuard()
     m_session.m_boolCloseWhenDone = false;
     frmVindrell *form = &m_session.m_form;
     QTimer::singleShot(0, form, [form] { form->close(); });
+}
+
+// Nothing of the page can be read or saved without the log-on, so Edit
+// stops at a failed one, with the failure in the pending error. A refused
+// password is said with the site's name: the control never sends it again
+// in this run, so nothing works before the user has changed it.
+long EditSession::LogOnForEdit()
+{
+    if (!m_FTP)
+        m_FTP = std::make_unique<CFTPS>();
+    if (m_FTP->Connected() || m_FTP->Logon() == 1)
+        return 1;
+    if (MError::ErrorNumber() != kLogonRefused)
+        return 0;
+    const QString said = MError::ErrorDescription().section(QStringLiteral("\r\n\r\n"), 1);
+    QString text = L(StringIds::LogonRefusedAtEdit).arg(ErrorReport::SiteAddress());
+    if (!said.isEmpty())
+        text += QStringLiteral("\r\n\r\n") + said;
+    MError::SetError(kLogonRefused, text, MError::ErrorSource());
+    return 0;
 }
 
 // A failed logon is not reported here: the step that needs the server
@@ -197,6 +245,8 @@ void EditSession::Press()
         Trap(QStringLiteral("cmdEdit_Click"), step);
     else if (entered == 1 || boolEditAborted)
         CommonTail(); // a cancelled entry gives the window back only now
+    if (entered == 1)
+        m_form.RevisionsFollowPage();
 }
 
 // The call the entry waits on fails at once, and the entry stops at its
@@ -225,14 +275,20 @@ long EditSession::Enter(int &step)
     }
     step = 8;
     // Inside the entry: a Cancel during the logon leaves the client alone.
-    HoldConnection();
+    const long logon = LogOnForEdit();
     if (StopIfAborted())
         return -1;
+    if (logon != 1)
+        return 0;
     LoadCMSData();
     if (StopIfAborted())
         return -1;
     step = 10;
     const long dance = DoTheServerSideDance();
+    if (dance == kPageMissing) {
+        Refuse(L(StringIds::PageNotOnServer).arg(m_strMissingFile, ErrorReport::SiteAddress()));
+        return -1;
+    }
     if (dance == 0)
         return 0;
     m_boolASPTagged = dance == 1;
@@ -255,7 +311,7 @@ long EditSession::EnterDocuments(int &step)
     if (loaded == 0)
         return 0;
     if (loaded == -1) {
-        RefuseExtension();
+        Refuse(L(kExtensionNotSupported));
         return -1;
     }
     m_boolDocumentLoaded = true;
@@ -303,7 +359,7 @@ void EditSession::LoadCMSData()
     const bool missing = result == -1 || result == -2;
     m_boolCMSLoaded = result == 1;
     if (missing)
-        UserQuestions::MsgBox(L(kNoCMSFile), UserQuestions::vbInformation);
+        TellNoCMSFile();
     else if (result == 0)
         MError::LogError();
     const auto &users = g_aCMSUsers;
@@ -317,6 +373,19 @@ void EditSession::LoadCMSData()
     }
     if (!missing)
         UserQuestions::MsgBox(L(kNotACMSUser), UserQuestions::vbInformation);
+}
+
+// A site without CMS data is the usual first run, not a fault: it is said
+// once per site in the window's life, and never again once the user ticked
+// "don't show again".
+void EditSession::TellNoCMSFile()
+{
+    const QString site = ErrorReport::SiteAddress();
+    if (m_sitesToldNoCMS.contains(site))
+        return;
+    m_sitesToldNoCMS.insert(site);
+    frmMessageBoxOnce::Show(L(StringIds::NoCMSFileOnce).arg(site), L(StringIds::NoCMSFileTitle),
+                            QString::fromLatin1(kNoCMSFileName), &m_form);
 }
 
 // The Cancel of the wait dialog has already given the window back. What is
@@ -377,12 +446,14 @@ void EditSession::ComplexASP(long nDoc)
     nClickDepth = 0;
 }
 
-void EditSession::RefuseExtension()
+// The page can't be edited, for a reason the user can act on: every marked
+// page goes back first, then the reason is said and the window browses on.
+void EditSession::Refuse(const QString &text)
 {
     if (!m_ASP.Filters().empty() && RemoveASPTags() != 1)
         MError::LogError();
     MWait::Wait_End();
-    UserQuestions::MsgBox(L(kExtensionNotSupported), UserQuestions::vbInformation);
+    UserQuestions::MsgBox(text, UserQuestions::vbInformation);
     Hourglass(false);
     EndQuietly();
     m_form.cmdEditEnable(true);
@@ -440,16 +511,27 @@ long EditSession::DoTheServerSideDance()
         QString strURL;
         doc->GetURL(strURL);
         const QString ext = strURL.right(3).toLower();
-        if (ext == QStringLiteral("asp")) {
-            if (SetASPTags(strURL) != 1)
-                return 0;
+        const bool isASP = ext == QStringLiteral("asp");
+        long read = 1;
+        if (isASP) {
+            read = SetASPTags(strURL);
             someASP = true;
         } else {
             if (ext == QStringLiteral("php"))
                 doc->boolNoEdit = true;
             m_ASP.AddOriginal(QStringLiteral("dummy"));
-            m_ASP.AddSource(doc->boolNoEdit ? QByteArray() : Source(*doc));
+            QByteArray bytes;
+            if (!doc->boolNoEdit)
+                read = Source(*doc, bytes);
+            m_ASP.AddSource(bytes);
         }
+        if (read != 1 && PendingErrorIsMissingFile()) {
+            MError::ClearError();
+            m_strMissingFile = ASPTagging::FullServerPath(strURL);
+            return kPageMissing;
+        }
+        if (read != 1 && isASP)
+            return 0;
     }
     if (someASP && !boolEditAborted)
         ReloadMarkedPages();
@@ -457,16 +539,18 @@ long EditSession::DoTheServerSideDance()
     return someASP ? 1 : -1;
 }
 
-// The file of a page without script, as the server holds it; empty when
-// it can't be read, and the page is then saved as the engine writes it.
-QByteArray EditSession::Source(CDocument &doc)
+// The file of a page without script, as the server holds it. 0 with the
+// error pending when it can't be read: a file the server has not got
+// refuses the edit, any other failure is logged and the page is then saved
+// as the engine writes it.
+long EditSession::Source(CDocument &doc, QByteArray &bytes)
 {
-    QByteArray bytes;
-    if (doc.FetchOriginal(bytes) != 1) {
+    if (doc.FetchOriginal(bytes) == 1)
+        return 1;
+    bytes.clear();
+    if (!PendingErrorIsMissingFile())
         MError::LogError();
-        bytes.clear();
-    }
-    return bytes;
+    return 0;
 }
 
 // The whole page is reloaded, which reloads every frame with it, each
@@ -846,12 +930,14 @@ void EditSession::cmdSave_MouseUp()
         m_form.SaveButton()->setChecked(false);
         m_form.SaveButton()->setEnabled(true);
         m_form.cmdEditEnable(true);
+        TellNotSaved();
         if (m_boolSaveCancelled)
             ReportCancelledSave();
         else
             MError::ShowError();
         return;
     }
+    TellSaved();
     m_boolSavedInSession = true;
     // The release asks nothing while m_boolSaving holds.
     m_form.EditButton()->setChecked(false);
@@ -860,6 +946,28 @@ void EditSession::cmdSave_MouseUp()
     Hourglass(false);
     MWait::Wait_End();
     m_boolSaving = false;
+    m_form.RevisionsFollowPage();
+}
+
+// The status bar says what the save wrote and when; a save that found
+// nothing changed says nothing.
+void EditSession::TellSaved()
+{
+    if (m_astrSavedPages.isEmpty())
+        return;
+    const long text = m_boolRevisionsKept ? StringIds::SavedStatus : StringIds::SavedWithoutRevisionStatus;
+    m_form.ShowStatus(L(text).arg(m_astrSavedPages.join(QStringLiteral(", ")), TimeNow()));
+}
+
+// Said before the error dialog clears the pending error, whose first line
+// is what failed. A cancelled save left every page whole, old or new: the
+// dialog after it says which.
+void EditSession::TellNotSaved()
+{
+    if (m_boolSaveCancelled)
+        m_form.ShowStatus(L(StringIds::SaveCancelledStatus).arg(TimeNow()));
+    else
+        m_form.ShowStatus(L(StringIds::NotSavedStatus).arg(TimeNow(), FirstLine(MError::ErrorDescription())));
 }
 
 // The transfer under way fails at once; the transfer layer leaves the page
@@ -891,12 +999,20 @@ void EditSession::ReportCancelledSave()
 long EditSession::SaveDocuments(long lSkipDoc, int &step)
 {
     const auto documents = m_Documents;
+    m_astrSavedPages.clear();
+    m_boolRevisionsKept = true;
     for (size_t n = 0; n < documents.size(); ++n) {
         if (long(n) == lSkipDoc || documents[n]->boolNoEdit)
             continue;
         const long saved = documents[n]->Save();
         if (saved == 0 || m_boolSaveCancelled)
             return 0;
+        if (saved != 1)
+            continue;
+        QString strURL;
+        documents[n]->GetURL(strURL);
+        m_astrSavedPages.append(strURL);
+        m_boolRevisionsKept = m_boolRevisionsKept && documents[n]->RevisionKept();
     }
     step = 5;
     if (!m_boolCMSLoaded)
@@ -916,7 +1032,10 @@ long EditSession::EditASPStop(long lEditedDoc_p)
     DeleteCachedDocs();
     int step = 1;
     m_boolSaving = true;
-    if (SaveDocuments(lEditedDoc_p, step) == 0) {
+    if (SaveDocuments(lEditedDoc_p, step) == 1) {
+        TellSaved();
+    } else {
+        TellNotSaved();
         if (m_boolSaveCancelled)
             ReportCancelledSave();
         else
@@ -926,6 +1045,7 @@ long EditSession::EditASPStop(long lEditedDoc_p)
     m_form.SaveButton()->setChecked(false);
     m_form.cmdEditEnable(true);
     Hourglass(false);
+    m_form.RevisionsFollowPage();
     return 1;
 }
 

@@ -4,7 +4,9 @@
 #include "platform/HtmlDocument.h"
 #include "shell/ASPTagging.h"
 
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -53,7 +55,8 @@ public:
     // Some handler of the session is under way, with its nested loops.
     bool Running() const { return m_nRunning > 0; }
 
-    // 1 some page was a script page and was marked, -1 none was, 0 error.
+    // 1 some page was a script page and was marked, -1 none was, 0 error,
+    // -2 the file of a page is not on the server.
     long DoTheServerSideDance();
     long SetASPTags(const QString &strURL) { return m_ASP.SetASPTags(strURL); }
     long RemoveASPTags();
@@ -103,17 +106,21 @@ private:
     long AskToSave(bool &boolKeepEditing);
     void LeaveDocuments(bool boolReload);
     long SaveDocuments(long lSkipDoc, int &step);
+    void TellSaved();
+    void TellNotSaved();
 
     bool IsRealDocument() const;
+    long LogOnForEdit();
     void LoadCMSData();
+    void TellNoCMSFile();
     bool StopIfAborted();
     long TieFilters(long &nComplexDoc);
     void ComplexASP(long nDoc);
-    void RefuseExtension();
+    void Refuse(const QString &text);
     long SubDocLoad(const HtmlDocument &parent, int nFrames, bool boolEdit);
     long BindDocument(long index, bool boolEdit);
     void KeepSource(CDocument &doc, long index);
-    static QByteArray Source(CDocument &doc);
+    static long Source(CDocument &doc, QByteArray &bytes);
     long TryIfDocIsReal(const HtmlDocument &frame);
     void ReloadMarkedPages();
     void EndQuietly();
@@ -156,4 +163,13 @@ private:
     bool m_boolSaveCancelled = false;
     bool m_boolPuttingBack = false;
     bool m_boolReleaseQuietly = false; // a close ends the session: nothing is asked
+    // The server path of a page whose file the server has not got.
+    QString m_strMissingFile;
+    // The sites whose missing CMS data was told in this window's life,
+    // which is the program's run.
+    QSet<QString> m_sitesToldNoCMS;
+    // What the last save wrote, and whether every page's earlier version
+    // was kept as a revision.
+    QStringList m_astrSavedPages;
+    bool m_boolRevisionsKept = true;
 };

@@ -25,6 +25,7 @@ const long IdTip = 14014;
 const long IdResetDate = 14015;
 const long IdReset = 14409;
 const long ErrNoDocument = 9; // subscript out of range
+const long ErrInternal = 51;
 
 // The hourglass for the length of a call that reaches the server.
 struct Hourglass
@@ -75,8 +76,7 @@ void RevisionPane::BuildControls()
 
 long RevisionPane::Open()
 {
-    cmdRollback->setEnabled(false);
-    lstRollback->clear();
+    Forget();
     ClearHighlight();
     const QList<SessionDocument> documents = m_host->SessionDocuments();
     FrameList::GetFrameNames(documents, m_aFrames, m_astrFrameNames);
@@ -116,8 +116,17 @@ long RevisionPane::ShowRollbacks(long nDoc_p)
     const SessionDocument &document = documents[index];
     QString path;
     CSendPath::GetPreparedSendPath(sites[static_cast<size_t>(site)], document.url, document.document.pathname(), path);
+    return List(path, document.url);
+}
+
+long RevisionPane::List(const QString &path, const QString &url)
+{
+    lstRollback->clear();
+    cmdRollback->setEnabled(false);
+    m_strListedPath = path;
+    m_strListedURL = url;
     m_Rollback = std::make_unique<CRollback>();
-    if (m_Rollback->GetFirstBackup(path, document.url) != 1)
+    if (m_Rollback->GetFirstBackup(path, url) != 1)
         return 0;
     QString strDate;
     long nRev = 0;
@@ -128,12 +137,44 @@ long RevisionPane::ShowRollbacks(long nDoc_p)
     return 1;
 }
 
+long RevisionPane::Refresh()
+{
+    if (m_strListedPath.isEmpty())
+        return 1;
+    Hourglass hourglass;
+    return List(m_strListedPath, m_strListedURL);
+}
+
+void RevisionPane::Forget()
+{
+    lstRollback->clear();
+    cmdRollback->setEnabled(false);
+    m_Rollback.reset();
+    m_strListedPath.clear();
+    m_strListedURL.clear();
+}
+
+void RevisionPane::Conclude(long status, const QString &position)
+{
+    if (status == 1) {
+        if (MError::ErrorNumber() != 0)
+            MError::LogError();
+        return;
+    }
+    MError::SetErrorIfClear(ErrInternal, QStringLiteral("Internal error"), position);
+    MError::ShowError();
+}
+
 void RevisionPane::ChooseFrame(int nListIndex_p)
 {
-    Hourglass hourglass;
-    cmdRollback->setEnabled(false);
-    ClearHighlight();
-    ShowRollbacks(nListIndex_p + 1);
+    long listed = 0;
+    {
+        Hourglass hourglass;
+        cmdRollback->setEnabled(false);
+        ClearHighlight();
+        listed = ShowRollbacks(nListIndex_p + 1);
+    }
+    Conclude(listed, QStringLiteral("RevisionPane.ChooseFrame"));
 }
 
 void RevisionPane::lstRollback_Click()
@@ -145,9 +186,13 @@ void RevisionPane::lstRollback_DblClick(QListWidgetItem *item)
 {
     if (!item || !m_Rollback)
         return;
-    Hourglass hourglass;
-    cmdRollback->setEnabled(true);
-    m_Rollback->ViewBackup(item->data(Qt::UserRole).toLongLong());
+    long viewed = 0;
+    {
+        Hourglass hourglass;
+        cmdRollback->setEnabled(true);
+        viewed = m_Rollback->ViewBackup(item->data(Qt::UserRole).toLongLong());
+    }
+    Conclude(viewed, QStringLiteral("RevisionPane.lstRollback_DblClick"));
 }
 
 QString RevisionPane::ResetQuestion() const
@@ -171,6 +216,7 @@ void RevisionPane::cmdRollback_Click()
         Hourglass hourglass;
         done = m_Rollback->Rollback(item->data(Qt::UserRole).toLongLong());
     }
+    Conclude(done, QStringLiteral("RevisionPane.cmdRollback_Click"));
     if (done != 1)
         return;
     cmdRollback->setEnabled(false);

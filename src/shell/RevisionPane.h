@@ -34,6 +34,16 @@ public:
     // Lists the revisions of session document nDoc_p. 1, or 0 with the
     // pending error set.
     long ShowRollbacks(long nDoc_p);
+    // Lists again the page listed last (a save or a reset has changed its
+    // history); nothing when none was. 1, or 0 with the pending error set.
+    long Refresh();
+    // The browser leaves the page listed: its list goes.
+    void Forget();
+    // The end of a step of the pane, which is a top-level event: a failure
+    // (status not 1) is shown in the error dialog under the position the
+    // step gives, unless an inner step left its own; whatever is pending
+    // is cleared either way, so that no later failure is told in its words.
+    static void Conclude(long status, const QString &position);
 
     // The frame lit while the combo's list is open; -1 when none.
     long HighlightedFrame() const { return m_lHighlightedFrame; }
@@ -64,9 +74,13 @@ protected:
 private:
     void BuildControls();
     QString ResetQuestion() const;
+    long List(const QString &path, const QString &url);
 
     RevisionPaneHost *m_host;
     std::unique_ptr<CRollback> m_Rollback;
+    // The page listed: its path on the server and its address.
+    QString m_strListedPath;
+    QString m_strListedURL;
     QList<HtmlDocument> m_aFrames;
     QStringList m_astrFrameNames;
     long m_lHighlightedFrame = -1;

@@ -14,17 +14,22 @@
 #include "shell/RevisionPane.h"
 #include "shell/EditSession.h"
 #include "shell/CVersionAnnouncement.h"
+#include "shell/VersionCheck.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/StringIds.h"
 #include "support/UserQuestions.h"
 #include "support/MWait.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QShowEvent>
+#include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -36,21 +41,33 @@ struct Caption
 {
     const char *control;
     long caption;
-    long toolTip; // 0: none
+    long toolTip;
 };
 
-// The captions of the band and the address row, by control.
+// The captions and tooltips of the band and the address row, by control.
 const Caption kCaptions[] = {
-    {"cmdEdit", 14421, 0},      {"cmdUndo", 19900, 0},      {"cmdRedo", 19901, 0},
-    {"cmdShowAdminSettings", 19902, 0},                     {"cmdPane1", 14422, 0},
-    {"cmdPane2", 19903, 0},     {"cmdPane3", 14400, 0},     {"cmdPane4", 14401, 0},
-    {"cmdHelp", 19905, 14402},  {"cmdComment", 19906, 14404}, {"cmdSettings", 19904, 14403},
-    {"cmdSave", 19907, 0},      {"cmdBack", 19908, 0},      {"cmdForward", 19909, 0},
-    {"cmdGo", StringIds::GoButton, 0},
+    {"cmdEdit", 14421, StringIds::EditTip},
+    {"cmdUndo", 19900, StringIds::UndoTip},
+    {"cmdRedo", 19901, StringIds::RedoTip},
+    {"cmdShowAdminSettings", 19902, StringIds::AdminTip},
+    {"cmdPane1", 14422, StringIds::VisibilityTip},
+    {"cmdPane2", 19903, StringIds::FontTip},
+    {"cmdPane3", 14400, StringIds::RecoverTip},
+    {"cmdPane4", 14401, StringIds::SiteViewTip},
+    {"cmdHelp", 19905, 14402},
+    {"cmdComment", 19906, 14404},
+    {"cmdSettings", 19904, 14403},
+    {"cmdSave", 19907, StringIds::SaveTip},
+    {"cmdBack", 19908, StringIds::BackTip},
+    {"cmdForward", 19909, StringIds::ForwardTip},
+    {"cmdGo", StringIds::GoButton, StringIds::GoTip},
 };
 
 constexpr long kMsgNoNewWindow = 14200;
 constexpr long kCaptionPrefix = 14201;
+// How long a version question waits before it looks again whether the
+// window is free for it.
+constexpr int kVersionRetryMs = 1000;
 
 // The band's width in pixels; the splitter that moves it comes with the
 // band's own layout.
@@ -62,8 +79,10 @@ frmVindrell::frmVindrell(QWidget *parent)
 {
     buildControls();
     m_session = std::make_unique<EditSession>(*this);
+    m_VersionCheck = new VersionCheck(this);
     connectControls();
     hookUpPaneAndKeys();
+    addShortcuts();
     Form_Load();
 }
 
@@ -163,6 +182,7 @@ void frmVindrell::connectControls()
         cmdSave->setChecked(false);
         m_session->cmdSave_MouseUp();
     });
+    connect(m_VersionCheck, &VersionCheck::Finished, this, &frmVindrell::OnVersionReply);
     connect(m_IE, &WebBrowser::BeforeNavigate2, this, &frmVindrell::m_IE_BeforeNavigate2);
     connect(m_IE, &WebBrowser::NewWindow2, this, &frmVindrell::m_IE_NewWindow2);
     connect(m_IE, &WebBrowser::OnQuit, this, &frmVindrell::m_IE_OnQuit);
@@ -181,13 +201,32 @@ void frmVindrell::connectControls()
     new CSettingsFileDropTarget(this, [this](const QString &address) { navigateTo(address); });
 }
 
+// Ctrl+E and Ctrl+S work wherever the keyboard is in the window, in the
+// page too, and only when their button could be pressed.
+void frmVindrell::addShortcuts()
+{
+    const std::pair<QKeyCombination, QPushButton *> keys[] = {{Qt::CTRL | Qt::Key_E, cmdEdit},
+                                                              {Qt::CTRL | Qt::Key_S, cmdSave}};
+    for (const auto &[key, button] : keys) {
+        auto *shortcut = new QShortcut(QKeySequence(key), this);
+        connect(shortcut, &QShortcut::activated, button, [button] {
+            if (button->isEnabled() && button->isVisible())
+                button->click();
+        });
+    }
+}
+
+void frmVindrell::ShowStatus(const QString &text)
+{
+    statusBar()->showMessage(text);
+}
+
 void frmVindrell::LoadResCaps()
 {
     for (const Caption &entry : kCaptions) {
         auto *button = findChild<QPushButton *>(QString::fromLatin1(entry.control));
         button->setText(MResources::LoadResourceString(entry.caption));
-        if (entry.toolTip != 0)
-            button->setToolTip(MResources::LoadResourceString(entry.toolTip));
+        button->setToolTip(MResources::LoadResourceString(entry.toolTip));
     }
 }
 
@@ -203,7 +242,6 @@ void frmVindrell::fillAddressList()
 // goes to the trap with its number.
 void frmVindrell::Form_Load()
 {
-    long lAnswer = 0;
     m_strCurrentURL = m_IE->LocationURL();
     if (!MResources::InitLangSupport())
         return Form_Load_Trap(2);
@@ -218,17 +256,10 @@ void frmVindrell::Form_Load()
     // The frames' address list comes with the edit session.
     fillAddressList();
     LoadResCaps();
-    if (!g_boolVersionChecked) {
-        if (!checkForNewVersions(lAnswer))
-            MError::LogError();
-        g_boolVersionChecked = true;
-        if (lAnswer == UserQuestions::vbYes)
-            m_IE->Navigate2(CVersionAnnouncement::DownloadPage());
-    }
+    // The version is asked for once the window stands (showEvent).
     cmdEdit->setEnabled(true);
     LockAddressRow(false);
-    if (lAnswer != UserQuestions::vbYes)
-        m_IE->GoHome();
+    m_IE->GoHome();
     m_boolLoaded = true;
 }
 
@@ -245,21 +276,49 @@ void frmVindrell::Form_Load_Trap(int step)
 
 long frmVindrell::checkForNewVersions(long &answer)
 {
-    const QString server = CVersionAnnouncement::VersionServer();
-    if (server.isEmpty())
+    const QString url = VersionCheck::Address();
+    if (url.isEmpty())
         return 1;
     HttpControl p_HTTP;
     p_HTTP.Timeout = 10;
     MGlobalProjectObjects::ApplyHttpProxy(p_HTTP);
-    m_strVersionReply.clear();
-    connect(&p_HTTP, &HttpControl::Transfer, this, [this](int direction, qint64, const QByteArray &text) {
-        if (direction == 1)
-            m_strVersionReply += QString::fromUtf8(text);
-    });
-    if (!p_HTTP.Get(server + CVersionAnnouncement::VersionPath())) {
-        MError::SetErrorIfClear(p_HTTP.ErrorNumber(), p_HTTP.ErrorDescription(), CVersionAnnouncement::Position());
+    return AnnounceVersion(VersionCheck::Fetch(p_HTTP, url), answer);
+}
+
+// The window's first showing starts the version request in the background;
+// the window is usable at once, whatever the maker's server does.
+void frmVindrell::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (g_boolVersionChecked || !m_boolLoaded)
+        return;
+    g_boolVersionChecked = true;
+    m_boolVersionPending = m_VersionCheck->Start();
+}
+
+// The question waits while a page is edited: a Yes takes the browser to the
+// download page, which an edit must not lose its page to.
+void frmVindrell::OnVersionReply(const VersionCheck::Reply &reply)
+{
+    if (m_session->Running() || cmdEdit->isChecked() || QApplication::activeModalWidget()) {
+        QTimer::singleShot(kVersionRetryMs, this, [this, reply] { OnVersionReply(reply); });
+        return;
+    }
+    long answer = 0;
+    if (!AnnounceVersion(reply, answer))
+        MError::LogError();
+    m_boolVersionPending = false;
+    if (answer == UserQuestions::vbYes)
+        m_IE->Navigate2(CVersionAnnouncement::DownloadPage());
+}
+
+long frmVindrell::AnnounceVersion(const VersionCheck::Reply &reply, long &answer)
+{
+    if (reply.status != 1) {
+        MError::SetErrorIfClear(reply.errorNumber, reply.errorDescription, CVersionAnnouncement::Position());
         return 0;
     }
+    m_strVersionReply = reply.text;
     // An empty file, or one of blanks only, announces nothing.
     if (m_strVersionReply.trimmed().isEmpty())
         return 1;
@@ -270,10 +329,9 @@ long frmVindrell::checkForNewVersions(long &answer)
     if (!CVersionAnnouncement::IsNewer(lMajor, lMinor, CVersionAnnouncement::AppMajor(),
                                        CVersionAnnouncement::AppMinor()))
         return 1;
-    // Asked before the window is shown, so the question stands on its own.
     const long shown = frmMessageBoxYesNoOnce::Show(CVersionAnnouncement::Message(m_strVersionReply),
                                                     CVersionAnnouncement::Title(),
-                                                    CVersionAnnouncement::MessageName(lMajor, lMinor));
+                                                    CVersionAnnouncement::MessageName(lMajor, lMinor), this);
     if (shown != 0)
         answer = shown;
     return 1;
@@ -355,13 +413,18 @@ void frmVindrell::hookUpPaneAndKeys()
     m_RevisionPane->setObjectName(QStringLiteral("picRollback"));
     m_RevisionPane->hide();
     static_cast<QBoxLayout *>(centralWidget()->layout())->addWidget(m_RevisionPane);
-    // The pane may open at any time: outside an edit its list stays empty.
+    // The pane may open at any time: outside an edit its list is empty, or,
+    // after a save or a reset, of the page that was edited while it stays
+    // on screen.
     auto *pane3 = findChild<QPushButton *>(QStringLiteral("cmdPane3"));
     pane3->setEnabled(true);
     connect(pane3, &QPushButton::clicked, this, &frmVindrell::cmdPane3_Click);
     // A revision put back ends the edit as a stop does: nothing is asked or
     // saved, and the restored page is loaded fresh.
-    connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] { m_session->EditStop(); });
+    connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] {
+        m_session->EditStop();
+        RevisionsFollowPage();
+    });
     // The keys are guarded for as long as Edit is down.
     connect(cmdEdit, &QPushButton::toggled, m_KeyGuard, &EditKeyGuard::setEditing);
 }
@@ -373,10 +436,18 @@ void frmVindrell::cmdPane3_Click(bool open)
         m_RevisionPane->ClearHighlight();
         return;
     }
-    if (m_RevisionPane->Open() != 1) {
-        UserQuestions::MsgBox(MError::ErrorDescription(), UserQuestions::vbExclamation);
-        MError::ClearError();
-    }
+    m_RevisionPane->Conclude(m_RevisionPane->Open(), QStringLiteral("frmVindrell.cmdPane3_Click"));
+}
+
+// The open pane lists the page under edit: at Edit, and after a Save or a
+// Reset, which end the edit but leave its page on screen, so the list is
+// read again for the page it shows.
+void frmVindrell::RevisionsFollowPage()
+{
+    if (m_RevisionPane->isHidden())
+        return;
+    const long listed = m_session->Documents().empty() ? m_RevisionPane->Refresh() : m_RevisionPane->Open();
+    m_RevisionPane->Conclude(listed, QStringLiteral("frmVindrell.RevisionsFollowPage"));
 }
 
 // The documents of the edit session; none while no page is edited.
@@ -409,6 +480,11 @@ void frmVindrell::m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool
     }
     m_IE->removeFromCache(QUrl(url));
     MGlobalProjectObjects::g_boolSaveDateValid = false;
+    // The list of revisions is of the page on screen: another page has none
+    // of them.
+    const auto page = [](const QString &address) { return QUrl(address).adjusted(QUrl::RemoveFragment); };
+    if (isTopFrame && page(url) != page(m_IE->LocationURL()))
+        m_RevisionPane->Forget();
     // Edit waits for the new page to be there; a frame loading inside the
     // page on screen leaves it as it is.
     if (isTopFrame) {

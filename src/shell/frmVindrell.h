@@ -3,6 +3,7 @@
 #include "document/CDocEventHandler.h"
 #include "platform/WebBrowser.h"
 #include "shell/RevisionPaneHost.h"
+#include "shell/VersionCheck.h"
 
 #include <QMainWindow>
 
@@ -24,7 +25,8 @@ class EditSession;
 //
 // When no page is under edit the window is simply a browser. It opens on
 // the home page kept in the settings store (key Browser, value HomePage),
-// or on the maker's download page when the user asks for a new version.
+// and goes to the maker's download page when the user asks for a new
+// version, which is asked for in the background once the window stands.
 // It is always the stand-alone window: the program is never a bar inside
 // another browser.
 //
@@ -57,6 +59,9 @@ public:
     // vbYes (6) only when the user asked for the download, else untouched.
     // Returns 1, or 0 with the pending error set.
     long checkForNewVersions(long &answer);
+    // The version request started at the first showing, or its question,
+    // is still to come.
+    bool VersionCheckPending() const { return m_boolVersionPending; }
 
     // The controls and states the edit session works with.
     QPushButton *EditButton() const { return cmdEdit; }
@@ -72,6 +77,11 @@ public:
     // True when an active site holds the page on screen. Otherwise offers
     // the sites, goes to the chosen one, and answers false.
     bool SiteOfPageOrOffer();
+    // The status bar's line: what the last save did.
+    void ShowStatus(const QString &text);
+    // The open revision pane lists the page under edit, or the page it
+    // listed last when the edit has ended.
+    void RevisionsFollowPage();
 
     // CDocEventHandler.
     long StartTransfer(const QString &strTransferID_p) override;
@@ -106,6 +116,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void buildControls();
@@ -115,6 +126,10 @@ private:
     void LoadResCaps();
     void fillAddressList();
     void connectControls();
+    void addShortcuts();
+    void OnVersionReply(const VersionCheck::Reply &reply);
+    // Asks about the version in the reply; 1, or 0 with the error pending.
+    long AnnounceVersion(const VersionCheck::Reply &reply, long &answer);
 
     void Form_Load();
     void Form_Load_Trap(int step);
@@ -143,6 +158,8 @@ private:
     bool m_boolTopComplete = false;
     std::unique_ptr<EditSession> m_session;
     QString m_strVersionReply;
+    VersionCheck *m_VersionCheck = nullptr;
+    bool m_boolVersionPending = false;
     bool m_boolLoaded = false;
     RevisionPane *m_RevisionPane = nullptr;
     EditKeyGuard *m_KeyGuard = nullptr;

@@ -27,5 +27,30 @@ enum : long {
     ThankYouMessage = 40391,
     ThankYouTitle = 40392,
     OkButton = 40393,
+
+    // What an Edit is refused with, the first-run note about CMS data, and
+    // the status bar's word on a save.
+    LogonRefusedAtEdit = 22220,
+    PageNotOnServer = 22221,
+    NoCMSFileOnce = 22222,
+    NoCMSFileTitle = 22223,
+    SavedStatus = 22224,
+    SavedWithoutRevisionStatus = 22225,
+    NotSavedStatus = 22226,
+    SaveCancelledStatus = 22227,
+
+    // Tooltips of the band and the address row.
+    EditTip = 22228,
+    UndoTip = 22229,
+    RedoTip = 22230,
+    AdminTip = 22231,
+    VisibilityTip = 22232,
+    FontTip = 22233,
+    RecoverTip = 22234,
+    SiteViewTip = 22235,
+    SaveTip = 22236,
+    BackTip = 22237,
+    ForwardTip = 22238,
+    GoTip = 22239,
 };
 } // namespace StringIds

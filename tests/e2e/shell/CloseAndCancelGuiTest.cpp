@@ -30,11 +30,6 @@ bool onServer(const QString &relativePath)
     return QFile::exists(servers().webRoot() + QLatin1Char('/') + relativePath);
 }
 
-QByteArray plainPage(const QByteArray &text)
-{
-    return "<HTML><HEAD><TITLE>Plain</TITLE></HEAD><BODY><P id=\"text\">" + text + "</P></BODY></HTML>";
-}
-
 // Whether the FTP server has received a command whose argument ends so
 // and holds the given part.
 bool received(const QString &command, const QString &argumentEnd, const QString &part = QString())
@@ -112,20 +107,8 @@ private:
     QString m_page;
 };
 
-class CloseAndCancelGui : public ::testing::Test
+class CloseAndCancelGui : public SessionTest
 {
-protected:
-    void SetUp() override
-    {
-        writeStore();
-        servers().clearFtpFaults();
-        MError::ClearError();
-    }
-    void TearDown() override
-    {
-        servers().clearFtpFaults();
-        UserQuestions::EndScript();
-    }
 };
 
 } // namespace

@@ -36,25 +36,8 @@ int revisionFiles()
     return n;
 }
 
-QByteArray plainPage(const QByteArray &text)
+class EditSessionGui : public SessionTest
 {
-    return "<HTML><HEAD><TITLE>Plain</TITLE></HEAD><BODY><P id=\"text\">" + text + "</P></BODY></HTML>";
-}
-
-class EditSessionGui : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        writeStore();
-        servers().clearFtpFaults();
-        MError::ClearError();
-    }
-    void TearDown() override
-    {
-        servers().clearFtpFaults();
-        UserQuestions::EndScript();
-    }
 };
 
 } // namespace

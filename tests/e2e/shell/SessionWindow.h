@@ -49,6 +49,30 @@ inline void writeStore()
     frmVindrell::g_boolVersionChecked = true;
 }
 
+// A page of one paragraph, whose id is "text".
+inline QByteArray plainPage(const QByteArray &text)
+{
+    return "<HTML><HEAD><TITLE>Plain</TITLE></HEAD><BODY><P id=\"text\">" + text + "</P></BODY></HTML>";
+}
+
+// The tests of a window on the demo site: a fresh store, no faults armed,
+// nothing pending, and no script left behind.
+class SessionTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        writeStore();
+        servers().clearFtpFaults();
+        MError::ClearError();
+    }
+    void TearDown() override
+    {
+        servers().clearFtpFaults();
+        UserQuestions::EndScript();
+    }
+};
+
 // The answer a message box of one button gets.
 inline constexpr long OK = UserQuestions::vbOK;
 inline const QString kNoCMSFile = QStringLiteral("Vindrell couldn't find the settings file for CMS");

@@ -12,6 +12,7 @@
 #include "support/UserQuestions.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QListWidget>
@@ -115,6 +116,37 @@ TEST_F(RevisionPaneTest, ListsRevisionsNewestFirstAndResetsTheChosenOneOnYesOnly
     pane.cmdRollback_Click();
     EXPECT_EQ(webFile(QStringLiteral("recover.htm")), page("first"));
     EXPECT_EQ(resets, 1);
+}
+
+// A revision whose file is gone from the server: View and Reset each say
+// so in the error dialog, under their own position, and leave no error
+// pending behind them; the live page stays as it was.
+TEST_F(RevisionPaneTest, FailuresOfViewAndResetGoToTheErrorDialogAndLeaveNothingPending)
+{
+    pageWithRevisions(QStringLiteral("lost.htm"), {page("old"), page("live")});
+    load(QStringLiteral("lost.htm"));
+    session.documents = {{session.browser.Document(), true, false, QStringLiteral("/www/lost.htm")}};
+    ASSERT_EQ(pane.Open(), 1) << MError::ErrorDescription().toStdString();
+    ASSERT_EQ(pane.lstRollback->count(), 1);
+    for (const QFileInfo &file : QDir(history_test::historyDisk()).entryInfoList({QStringLiteral("*.1")}))
+        QFile::remove(file.filePath());
+
+    QList<MError::DialogRequest> shown;
+    MError::SetDialogPresenter([&shown](const MError::DialogRequest &request) { shown.append(request); });
+    UserQuestions::SetPresenter([](const QString &, long, const QString &) { return long(UserQuestions::vbYes); });
+    pane.lstRollback->setCurrentRow(0);
+    pane.lstRollback_DblClick(pane.lstRollback->item(0));
+    EXPECT_EQ(MError::ErrorNumber(), 0);
+    pane.cmdRollback_Click();
+    EXPECT_EQ(MError::ErrorNumber(), 0);
+    MError::SetDialogPresenter(nullptr);
+    UserQuestions::SetPresenter(nullptr);
+
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_TRUE(shown[0].message.contains(QStringLiteral("_resetp"))) << shown[0].message.toStdString();
+    EXPECT_EQ(shown[0].position, QStringLiteral("CRollback.ViewBackup"));
+    EXPECT_EQ(shown[1].position, QStringLiteral("CRollback.Rollback"));
+    EXPECT_EQ(webFile(QStringLiteral("lost.htm")), page("live"));
 }
 
 // A page never saved lists nothing; a site without any history says so.
