@@ -297,9 +297,14 @@ void frmVindrell::showEvent(QShowEvent *event)
 }
 
 // The question waits while a page is edited: a Yes takes the browser to the
-// download page, which an edit must not lose its page to.
+// download page, which an edit must not lose its page to. A window closed
+// meanwhile asks nothing.
 void frmVindrell::OnVersionReply(const VersionCheck::Reply &reply)
 {
+    if (!isVisible()) {
+        m_boolVersionPending = false;
+        return;
+    }
     if (m_session->Running() || cmdEdit->isChecked() || QApplication::activeModalWidget()) {
         QTimer::singleShot(kVersionRetryMs, this, [this, reply] { OnVersionReply(reply); });
         return;
