@@ -1,7 +1,5 @@
 // The version text of the maker's server, and which site an address is on.
 
-#include "config/MGlobalProjectObjects.h"
-#include "shell/CSiteOfAddress.h"
 #include "shell/CVersionAnnouncement.h"
 #include "support/MError.h"
 
@@ -11,15 +9,6 @@
 
 namespace {
 using V = CVersionAnnouncement;
-using G = MGlobalProjectObjects;
-
-SiteRecord site(const char *address, bool active)
-{
-    SiteRecord record;
-    record.baseaddress = QString::fromLatin1(address);
-    record.isactive = active ? QStringLiteral("1") : QStringLiteral("0");
-    return record;
-}
 } // namespace
 
 TEST(VersionAnnouncement, OnlyMajorAndMinorCountAndOtherTextIsAnError)
@@ -62,26 +51,4 @@ TEST(VersionAnnouncement, QuestionNamesBothVersionsAndIsSilencedPerVersion)
     EXPECT_EQ(V::Title(), QStringLiteral("A new version is available"));
     EXPECT_EQ(V::MessageName(7, 3), QStringLiteral("ShowVerMessAdmin7.3"));
     EXPECT_NE(V::MessageName(7, 3), V::MessageName(7, 4));
-}
-
-TEST(SiteOfAddress, ActiveSiteHoldsItsOwnPagesOnlyAndTheLastMatchWins)
-{
-    G::URLDATA = {site("http://site.test", true), site("http://site.test/sub", true),
-                  site("http://other.test/", false)};
-    G::lCurrentURL = -1;
-    bool found = false;
-    CSiteOfAddress::GetCurrentURLIndex(QStringLiteral("http://site.test/sub/page.htm"), found);
-    EXPECT_TRUE(found);
-    EXPECT_EQ(G::lCurrentURL, 1);
-    CSiteOfAddress::GetCurrentURLIndex(QStringLiteral("http://site.test/subway.htm"), found);
-    EXPECT_TRUE(found);
-    EXPECT_EQ(G::lCurrentURL, 0);
-    CSiteOfAddress::GetCurrentURLIndex(QStringLiteral("http://site.test/sub"), found);
-    EXPECT_TRUE(found);
-    EXPECT_EQ(G::lCurrentURL, 1);
-    CSiteOfAddress::GetCurrentURLIndex(QStringLiteral("http://other.test/index.htm"), found);
-    EXPECT_FALSE(found);
-    CSiteOfAddress::GetCurrentURLIndex(QStringLiteral("http://SITE.test/"), found);
-    EXPECT_FALSE(found);
-    G::URLDATA.clear();
 }
