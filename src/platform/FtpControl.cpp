@@ -33,6 +33,11 @@ struct FtpControl::Call
     bool started = false;
     bool dataPhase = false;       // a data connection was asked for
     QString lastCommand;
+    // The transfer type the connection is left in, as far as this call set
+    // it: a login starts a connection without one, a TYPE command sets it.
+    bool typeChanged = false;
+    char type = 0;
+    int code = 0;                 // libcurl's result
     QString errorReply;           // the last reply of 400 and above
     QString lastPwd;              // the folder of the last 257 reply
     QByteArray replyBuffer;
@@ -155,6 +160,11 @@ struct FtpCallbacks
         return size;
     }
 
+    static size_t discard(char *, size_t, size_t size, void *)
+    {
+        return size;
+    }
+
     static size_t read(char *buffer, size_t, size_t size, void *user)
     {
         auto &call = *static_cast<FtpControl::Call *>(user);
@@ -196,6 +206,7 @@ struct FtpCallbacks
         const QString shown = TraceScrubber::scrub(line);
         if (direction == 0) {
             call.lastCommand = line.section(QLatin1Char(' '), 0, 0).toUpper();
+            noteType(call, line);
             static const QStringList dataCommands = {QStringLiteral("PASV"), QStringLiteral("EPSV"),
                                                      QStringLiteral("PORT"), QStringLiteral("EPRT")};
             if (dataCommands.contains(call.lastCommand))
@@ -205,6 +216,19 @@ struct FtpCallbacks
         }
         FtpControl *self = call.self;
         self->post([self, direction, shown] { emit self->PITrail(direction, shown); });
+    }
+
+    // A login starts a connection in no transfer type; TYPE sets one.
+    static void noteType(FtpControl::Call &call, const QString &line)
+    {
+        if (call.lastCommand == QLatin1String("USER")) {
+            call.typeChanged = true;
+            call.type = 0;
+        } else if (call.lastCommand == QLatin1String("TYPE")) {
+            const QString type = line.section(QLatin1Char(' '), 1, 1);
+            call.typeChanged = true;
+            call.type = type.isEmpty() ? 0 : type.at(0).toLatin1();
+        }
     }
 
     static void reply(FtpControl::Call &call, const QString &line)
@@ -264,6 +288,7 @@ void FtpControl::resetHandle()
         curl_easy_cleanup(m_curl);
     m_multi = curl_multi_init();
     m_curl = curl_easy_init();
+    m_type = 0;
 }
 
 // Drives the call through the object's own multi handle, which keeps the
@@ -405,7 +430,50 @@ long FtpControl::perform(Call &call, const QString &url,
     m_busy = false;
     // Events the last callbacks posted reach the caller before the result.
     QCoreApplication::sendPostedEvents(this);
+    call.code = code;
+    rememberType(call);
     return finish(call, code);
+}
+
+// What libcurl now holds as the connection's transfer type. A call that
+// failed in any other way than a missing file may have cost the connection:
+// the type is then unknown.
+void FtpControl::rememberType(const Call &call)
+{
+    if (call.code != CURLE_OK && call.code != CURLE_REMOTE_FILE_NOT_FOUND)
+        m_type = 0;
+    else if (call.typeChanged)
+        m_type = call.type;
+}
+
+// libcurl sends the TYPE of a transfer after its PASV when the connection
+// is not in that type yet, and the strictest servers refuse a transfer that
+// does not follow its PASV at once. A call without a body asks for the type
+// before anything else: libcurl then sends CWD, TYPE, SIZE and REST, and
+// the transfer that follows finds the type set. The file named need not
+// exist (a listing names none of its own); the SIZE of a missing one fails,
+// which is all right here.
+long FtpControl::prepareType(bool ascii, const QString &file)
+{
+    const char wanted = ascii ? 'A' : 'I';
+    if (m_type == wanted)
+        return 1;
+    Call call;
+    call.ascii = ascii;
+    const QString name = file.isEmpty() ? QStringLiteral("kelda-type") : file;
+    const long result = perform(call, urlFor(m_path, name), [](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
+        // What libcurl tells of the file (its size as a header) is no data
+        // of the caller's.
+        curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::discard);
+        curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpCallbacks::discard);
+    });
+    if (result == 1 || (call.code == CURLE_REMOTE_FILE_NOT_FOUND && m_type == wanted)) {
+        m_errorNumber = 0;
+        m_errorDescription.clear();
+        return 1;
+    }
+    return result;
 }
 
 long FtpControl::fail(long number, const QString &description)
@@ -556,6 +624,8 @@ long FtpControl::list(bool longForm)
     call.listing = true;
     call.longListing = longForm;
     const QString mask = RemoteFile;
+    if (prepareType(true, QString()) != 1)
+        return 0;
     return perform(call, urlFor(m_path), [longForm, mask](CURL *h) {
         curl_easy_setopt(h, CURLOPT_DIRLISTONLY, longForm ? 0L : 1L);
         if (!mask.isEmpty()) {
@@ -584,6 +654,8 @@ long FtpControl::Upload()
     if (!call.source->open(QIODevice::ReadOnly))
         return fail(ControlError::LocalFile, QStringLiteral("Cannot open ") + LocalFile);
     const qint64 size = call.ascii ? -1 : call.source->size();
+    if (prepareType(call.ascii, RemoteFile) != 1)
+        return 0;
     return perform(call, urlFor(m_path, RemoteFile), [&call, size](CURL *h) {
         curl_easy_setopt(h, CURLOPT_UPLOAD, 1L);
         curl_easy_setopt(h, CURLOPT_READFUNCTION, &FtpCallbacks::read);
@@ -605,7 +677,13 @@ long FtpControl::Download()
         if (!call.target->open(QIODevice::WriteOnly))
             return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
     }
-    const long result = perform(call, urlFor(m_path, RemoteFile), [](CURL *) {});
+    // libcurl would ask the SIZE between the PASV and the RETR; the end of
+    // the data connection and the server's final reply tell a whole file.
+    const long result = prepareType(call.ascii, RemoteFile) != 1
+                            ? 0
+                            : perform(call, urlFor(m_path, RemoteFile), [](CURL *h) {
+                                  curl_easy_setopt(h, CURLOPT_IGNORE_CONTENT_LENGTH, 1L);
+                              });
     if (call.target) {
         if (call.pendingCr)
             call.target->write("\r");

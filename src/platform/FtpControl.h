@@ -106,6 +106,8 @@ private:
     long perform(Call &call, const QString &url, const std::function<void(CURL *)> &configure);
     void setCommonOptions(Call &call, const QString &url);
     long finish(Call &call, int code);
+    void rememberType(const Call &call);
+    long prepareType(bool ascii, const QString &file);
     long fail(long number, const QString &description);
     long sendQuoted(const QStringList &commands, Call &call);
     long list(bool longForm);
@@ -126,6 +128,7 @@ private:
     CURL *m_curl = nullptr;
     void *m_multi = nullptr; // holds the open connection between calls
     bool m_connected = false;
+    char m_type = 0; // the connection's transfer type, 'A' or 'I'; 0 unknown
     bool m_busy = false;
     std::atomic<bool> m_abort{false};
     QString m_path;

@@ -236,8 +236,7 @@ TEST_F(FtpControlTest, RawCommandsRenameDeleteAndChangeFolder)
     logon();
     ASSERT_EQ(ftp.Command(QStringLiteral("CWD www")), 1);
     EXPECT_EQ(ftp.RemotePath(), QStringLiteral("/www"));
-    ASSERT_EQ(ftp.Command(QStringLiteral("RNFR old.htm")), 1);
-    ASSERT_EQ(ftp.Command(QStringLiteral("RNTO new.htm")), 1);
+    ASSERT_EQ(ftp.Rename(QStringLiteral("old.htm"), QStringLiteral("new.htm")), 1);
     EXPECT_EQ(servers().readWebFile(QStringLiteral("new.htm")), QByteArray("x"));
     ASSERT_EQ(ftp.MakeDirectory(QStringLiteral("made")), 1);
     EXPECT_TRUE(QDir(servers().webRoot() + QStringLiteral("/made")).exists());
