@@ -3,6 +3,7 @@
 
 #include "FaultSweep.h"
 #include "TestServers.h"
+#include "history/CRollback.h"
 #include "history/ProfileFile.h"
 #include "platform/FtpControl.h"
 #include "support/MError.h"
@@ -126,6 +127,24 @@ TEST(FaultSweep, EveryUploadCut)
     FaultSweep::Tally tally;
     FaultSweep::CutEveryUpload(servers(), tally);
     ExpectNothingLost(tally);
+}
+
+// The server takes commands only in the strict order (each RNTO straight
+// after its RNFR, each transfer straight after its PASV): saves that make
+// the history folder and keep revisions, a Reset and the CMS data all keep
+// to it, so no command is ever refused for its place.
+TEST(FaultSweep, SaveResetAndCmsDataKeepTheStrictCommandOrder)
+{
+    FaultSweep sweep(servers(), 2);
+    servers().clearFtpLog();
+    ASSERT_EQ(sweep.Save(), 1);
+    ASSERT_EQ(sweep.Save(), 1);
+    CRollback pane;
+    ASSERT_EQ(pane.GetFirstBackup(FaultSweep::PagePath, QString()), 1);
+    ASSERT_EQ(pane.Rollback(1), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_GE(servers().ftpCommands(QStringLiteral("RNTO")), 8);
+    EXPECT_GE(servers().ftpCommands(QStringLiteral("RETR")), 4);
+    EXPECT_EQ(servers().ftpCommands(QStringLiteral("OUTOFORDER")), 0);
 }
 
 // A revision the server refuses to put in place is never named by the
