@@ -2,6 +2,7 @@
 
 #include "cms/CMSTableCodec.h"
 #include "config/MGlobalProjectObjects.h"
+#include "history/HistoryFolderGuard.h"
 #include "platform/LocalFolders.h"
 #include "support/MError.h"
 #include "support/MResources.h"
@@ -39,20 +40,20 @@ long Fail(const QString &position)
     return 0;
 }
 
-QString CurrentFtpRoot()
+SiteRecord CurrentSite()
 {
     const auto &sites = MGlobalProjectObjects::URLDATA;
     const long index = MGlobalProjectObjects::lCurrentURL;
     if (index >= 0 && index < static_cast<long>(sites.size()))
-        return sites[static_cast<size_t>(index)].ftproot;
-    return QString();
+        return sites[static_cast<size_t>(index)];
+    return SiteRecord();
 }
 
 } // namespace
 
 QString CCMS::CMSFolder()
 {
-    QString folder = CurrentFtpRoot() + QStringLiteral("/_resetp");
+    QString folder = CurrentSite().ftproot + QStringLiteral("/_resetp");
     while (folder.contains(QStringLiteral("//")))
         folder.replace(QStringLiteral("//"), QStringLiteral("/"));
     return folder;
@@ -68,7 +69,7 @@ long CCMS::GetCMSData()
     const QString position = QStringLiteral("CCMS.GetCMSData{line: %1}");
     CFTPS ftp;
     const QString folder = CMSFolder();
-    if (ftp.CreateFolder(QStringLiteral("/"), folder) != 1)
+    if (HistoryFolderGuard::MakeFolder(ftp, CurrentSite(), folder) != 1)
         return Fail(position.arg(1));
     const long got = ftp.SaveFile(folder + QStringLiteral("/cms.dat"), LocalFile(), true);
     if (got == CFTPS::ExpectedFailure) {
@@ -107,7 +108,7 @@ long CCMS::SetCMSData()
     const QString position = QStringLiteral("CCMS.SetCMSData");
     CFTPS ftp;
     const QString folder = CMSFolder();
-    if (ftp.CreateFolder(QStringLiteral("/"), folder) != 1)
+    if (HistoryFolderGuard::MakeFolder(ftp, CurrentSite(), folder) != 1)
         return Fail(position);
     const QString local = LocalFile();
     if (QFile::exists(local) && !QFile::remove(local)) {

@@ -2,6 +2,7 @@
 
 #include "config/MGlobalProjectObjects.h"
 #include "document/AddressPath.h"
+#include "history/HistoryFolderGuard.h"
 #include "platform/CReg.h"
 #include "platform/LocalFolders.h"
 #include "support/MError.h"
@@ -90,6 +91,12 @@ public:
 private:
     QStringList m_paths;
 };
+
+QByteArray ReadFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 // The date text of a revision: the user's short date and the time to the
 // second, so that two saves within a minute can be told apart in the list.
@@ -199,7 +206,7 @@ long CRollback::Backup(const QString &strURL_p, const SiteRecord &site)
             return fetched;
     }
     CFTPS ftp;
-    const long made = ftp.CreateFolder(QStringLiteral("/"), HistoryFolder(site));
+    const long made = HistoryFolderGuard::MakeFolder(ftp, site, HistoryFolder(site));
     if (made != 1)
         return made;
     files.add(LocalIndexPath());
@@ -233,10 +240,20 @@ long CRollback::TakeRevision(const QString &strPagePath_p, const QString &strLoc
     if (ftp.SendFile(revision, HistoryFolder(site)) != 1)
         return 0;
     m_strDate = nowText();
+    const QByteArray kept = HistoryFolderGuard::CheckDue(site, HistoryFolder(site)) ? ReadFile(revision) : QByteArray();
     QFile::remove(revision);
     if (SetBackupData(strPagePath_p) != 1)
         return 0;
-    return ftp.SendFile(LocalIndexPath(), HistoryFolder(site)) == 1 ? 1 : 0;
+    if (ftp.SendFile(LocalIndexPath(), HistoryFolder(site)) != 1)
+        return 0;
+    // The first revision in a folder the program made shows whether the
+    // web server gives the folder out (an empty one shows nothing).
+    if (!kept.isEmpty()) {
+        const QString name = RevisionName(m_strID, m_nRevision);
+        const QString path = joined(HistoryFolder(site), name);
+        HistoryFolderGuard::CheckRevision(site, HistoryFolder(site), ViewAddress(site, path, name), kept);
+    }
+    return 1;
 }
 
 // The server's index into the local copy, which is missing when the server

@@ -28,6 +28,10 @@ enum : long {
     ThankYouTitle = 40392,
     OkButton = 40393,
 
+    // The warning that the web server gives out the page history.
+    HistoryOpenTitle = 22200,
+    HistoryOpenText = 22201,
+
     // What an Edit is refused with, the first-run note about CMS data, and
     // the status bar's word on a save.
     LogonRefusedAtEdit = 22220,

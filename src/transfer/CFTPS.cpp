@@ -930,8 +930,10 @@ long CFTPS::CreateDir(const QString &strURL_p)
 // reported as it is rather than taken for a folder that exists. The
 // folder's name stands between spaces in the message, so that it reads as a
 // word of its own.
-long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_p)
+long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_p, bool *boolMade_p)
 {
+    if (boolMade_p)
+        *boolMade_p = false;
     Running running(m_boolRunning);
     const QString position = QStringLiteral("CFTPS.CreateFolder");
     if (!Ftp().Connected() && !Reconnect())
@@ -955,6 +957,8 @@ long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_
     bool ok = Capture(Ftp().SetRemotePath(path));
     Ftp().RemoteFile = folder;
     ok = ok && Capture(Ftp().MakeDirectory(folder));
+    if (ok && boolMade_p)
+        *boolMade_p = true;
     if (ok)
         return 1;
     const QString &text = m_failure.description;

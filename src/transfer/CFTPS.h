@@ -87,7 +87,8 @@ public:
     long ListFolderFiles(const QString &strURL_p, QStringList &names_p);
     long RemoveDir(const QString &strURL_p);
     long CreateDir(const QString &strURL_p);
-    long CreateFolder(const QString &strPath_p, const QString &strFolderName_p);
+    // boolMade_p, when given, says whether the folder was made now.
+    long CreateFolder(const QString &strPath_p, const QString &strFolderName_p, bool *boolMade_p = nullptr);
 
     // Batch display of many files (used by the recursive operations).
     void SetBatch(bool boolBatch_p, double dblTotal_p);
