@@ -143,6 +143,8 @@ bool CPublicSettings::ReadRecord(const QString &version, long index, SiteRecord 
                                              QStringLiteral("False")));
         r.wwwalias = parseBool(CReg::GetSetting(kSettings, QStringLiteral("wwwalias%1").arg(index),
                                                 QStringLiteral("False")));
+        r.tlsfingerprint = CReg::GetSetting(kSettings, QStringLiteral("tlscert%1").arg(index));
+        r.tlskeypin = CReg::GetSetting(kSettings, QStringLiteral("tlspin%1").arg(index));
     } else {
         r.automode.clear(); // the older format has no such value
     }
@@ -244,7 +246,26 @@ long CPublicSettings::WriteRecord(const SiteRecord &record, long index)
                                record.subindex.at(m)))
             return 0;
     return CReg::SaveSetting(kSettings, QStringLiteral("isnew%1").arg(index), boolText(record.isnew))
-        && CReg::SaveSetting(kSettings, QStringLiteral("wwwalias%1").arg(index), boolText(record.wwwalias));
+        && CReg::SaveSetting(kSettings, QStringLiteral("wwwalias%1").arg(index), boolText(record.wwwalias))
+        && WriteTrustedCertificate(record, index);
+}
+
+// Written only for a site that has one: the section was emptied before.
+long CPublicSettings::WriteTrustedCertificate(const SiteRecord &record, long index)
+{
+    if (record.tlskeypin.isEmpty())
+        return 1;
+    return CReg::SaveSetting(kSettings, QStringLiteral("tlscert%1").arg(index), record.tlsfingerprint)
+        && CReg::SaveSetting(kSettings, QStringLiteral("tlspin%1").arg(index), record.tlskeypin);
+}
+
+long CPublicSettings::SaveTrustedCertificate(long index)
+{
+    if (index < 0 || index >= static_cast<long>(G::URLDATA.size()))
+        return 0;
+    CReg::BeginUpdate();
+    const long written = WriteTrustedCertificate(G::URLDATA[static_cast<size_t>(index)], index);
+    return CReg::EndUpdate() && written ? 1 : 0;
 }
 
 long CPublicSettings::WriteProxy()

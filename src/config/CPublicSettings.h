@@ -12,6 +12,9 @@ public:
     long SetURLSettings();
     // Fills URLDATA and all global settings, then sorts. Returns 1 or 0.
     long GetURLSettings();
+    // Stores the certificate the user trusted for URLDATA[index] beside its
+    // record, without writing the rest. Returns 1 or 0.
+    static long SaveTrustedCertificate(long index);
     // Stable sort of URLDATA by baseaddress, binary comparison. Returns 1.
     long SortURLData();
 
@@ -29,6 +32,7 @@ public:
 private:
     long WriteAll();
     long WriteRecord(const SiteRecord &record, long index);
+    static long WriteTrustedCertificate(const SiteRecord &record, long index);
     bool ReadRecord(const QString &version, long index, SiteRecord &record);
     void ReadGlobals();
     long WriteProxy();

@@ -16,7 +16,12 @@ struct SiteRecord
 {
     QString userid;       // FTP user name
     QString password;     // FTP password; clear in memory, enciphered in the store
-    QString baseurl;      // FTP address: a host name, or a host name behind ftp://
+    // FTP address: a host name, or one behind a scheme that also says how
+    // the connection is protected, so that no stored field is added for it:
+    // ftp:// or none plain FTP; ftpes:// explicit TLS (AUTH TLS, required,
+    // never falling back to plain); ftps:// implicit TLS (port 990 unless
+    // given). See FtpAddress.
+    QString baseurl;
     QString baseaddress;  // HTTP address with its http://; display name and sort key
     QString indexfile;    // index file of the site
     QString ftproot;      // from the FTP login folder to the web root; "" or "/" when the same
@@ -34,6 +39,12 @@ struct SiteRecord
     // The host with and without a leading "www." is this one site. Off
     // by default: on some hosts the two names are different sites.
     bool wwwalias = false;
+    // A server certificate the user chose to trust for this site when the
+    // system's store did not vouch for it: its SHA-256 fingerprint, as he
+    // was shown it, and the pin of its public key, which the connection
+    // checks before the login. Empty when none.
+    QString tlsfingerprint;
+    QString tlskeypin;
 };
 
 // The proxy and firewall block of the store's section Proxy; members are

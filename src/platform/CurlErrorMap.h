@@ -19,6 +19,11 @@ constexpr long LoginRefused = 530;
 constexpr long Aborted = 20144;        // the caller called Abort during the call
 constexpr long Busy = 20101;           // a call came while another was running
 constexpr long LocalFile = 20145;      // the local file could not be opened
+// TLS: the certificate is not trusted (system store, TlsCaFile or pin),
+// its key is not the one pinned, or the server refused TLS altogether.
+constexpr long CertificateUntrusted = 20160;
+constexpr long CertificateChanged = 20161;
+constexpr long TlsRefused = 20162;
 } // namespace ControlError
 
 // Maps the network-level failures of libcurl, which both controls share.

@@ -336,7 +336,7 @@ QString FtpControl::folderPath(const QString &folder) const
 // the CWD when the previous call already stood there.
 QString FtpControl::urlFor(const QString &folder, const QString &file) const
 {
-    QString url = QStringLiteral("ftp://%1:%2/").arg(RemoteHost).arg(RemotePort) + QStringLiteral("%2F");
+    QString url = base() + QStringLiteral("%2F");
     const QStringList parts = folderPath(folder).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     QStringList encoded;
     for (const QString &part : parts)
@@ -376,11 +376,7 @@ void FtpControl::setCommonOptions(Call &call, const QString &url)
         curl_easy_setopt(h, CURLOPT_LOW_SPEED_LIMIT, 1L);
         curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, long(timeout));
     }
-    if (UseTls) {
-        curl_easy_setopt(h, CURLOPT_USE_SSL, long(CURLUSESSL_ALL));
-        if (!TlsCaFile.isEmpty())
-            curl_easy_setopt(h, CURLOPT_CAINFO, TlsCaFile.toUtf8().constData());
-    }
+    setTlsOptions();
     static const char *const schemes[] = {nullptr, "http", "socks4", "socks5h"};
     if (FirewallType >= 1 && FirewallType <= 3) {
         const QString proxy = QStringLiteral("%1://%2:%3")
@@ -395,6 +391,42 @@ void FtpControl::setCommonOptions(Call &call, const QString &url)
     } else {
         curl_easy_setopt(h, CURLOPT_PROXY, "");
     }
+}
+
+// Both channels are protected (PROT P) or the call fails: there is no
+// falling back to plain FTP. The data connection resumes the TLS session of
+// the control connection, as many servers demand; libcurl's session cache
+// does this and is on by default (curl_easy_reset keeps it on). AUTH TLS is
+// asked for by name: no AUTH SSL first.
+void FtpControl::setTlsOptions()
+{
+    if (!UseTls && !ImplicitTls)
+        return;
+    CURL *h = m_curl;
+    curl_easy_setopt(h, CURLOPT_USE_SSL, long(CURLUSESSL_ALL));
+    curl_easy_setopt(h, CURLOPT_FTPSSLAUTH, long(CURLFTPAUTH_TLS));
+    // TLS 1.2 exactly: under 1.3 the server hands out a new session ticket
+    // on each data connection, and libcurl loses the one it keeps when it
+    // closes an upload's connection, so the next data connection starts a
+    // session of its own, which servers that demand the resumption refuse.
+    // Under 1.2 every data connection resumes the login's session.
+    curl_easy_setopt(h, CURLOPT_SSLVERSION, long(CURL_SSLVERSION_TLSv1_2) | long(CURL_SSLVERSION_MAX_TLSv1_2));
+    if (!TlsCaFile.isEmpty())
+        curl_easy_setopt(h, CURLOPT_CAINFO, TlsCaFile.toUtf8().constData());
+    if (!TlsPinnedKey.isEmpty()) {
+        // The pinned key stands in for the verification, which a
+        // self-signed certificate fails; a different key fails the handshake.
+        curl_easy_setopt(h, CURLOPT_SSL_VERIFYPEER, 0L);
+        curl_easy_setopt(h, CURLOPT_SSL_VERIFYHOST, 0L);
+        curl_easy_setopt(h, CURLOPT_PINNEDPUBLICKEY, TlsPinnedKey.toLatin1().constData());
+    }
+}
+
+// The scheme, host and port of every URL of this control.
+QString FtpControl::base() const
+{
+    const QString scheme = ImplicitTls ? QStringLiteral("ftps") : QStringLiteral("ftp");
+    return QStringLiteral("%1://%2:%3/").arg(scheme, RemoteHost).arg(RemotePort);
 }
 
 long FtpControl::perform(Call &call, const QString &url,
@@ -483,6 +515,17 @@ long FtpControl::fail(long number, const QString &description)
     return 0;
 }
 
+// A failure of the TLS layer ends the session before any login.
+long FtpControl::tlsFailure(int result)
+{
+    switch (CURLcode(result)) {
+    case CURLE_PEER_FAILED_VERIFICATION: return ControlError::CertificateUntrusted;
+    case CURLE_SSL_PINNEDPUBKEYNOTMATCH: return ControlError::CertificateChanged;
+    case CURLE_USE_SSL_FAILED: return ControlError::TlsRefused;
+    default: return 0;
+    }
+}
+
 long FtpControl::finish(Call &call, int result)
 {
     const auto code = CURLcode(result);
@@ -492,6 +535,10 @@ long FtpControl::finish(Call &call, int result)
         // libcurl closes a connection whose call was ended under it.
         m_connected = false;
         return fail(ControlError::Aborted, QStringLiteral("Aborted by the caller."));
+    }
+    if (const long tls = tlsFailure(code)) {
+        m_connected = false;
+        return fail(tls, CurlErrorMap::describe(code, call.detail));
     }
     if (code == CURLE_LOGIN_DENIED) {
         m_connected = false;
@@ -528,7 +575,7 @@ long FtpControl::Logon()
         return 0;
     Call call;
     // No path: the session stays in the login folder, whatever it is.
-    const QString url = QStringLiteral("ftp://%1:%2/").arg(RemoteHost).arg(RemotePort);
+    const QString url = base();
     const long result =
         perform(call, url, [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
     if (result != 1)

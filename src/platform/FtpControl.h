@@ -54,6 +54,13 @@ public:
     // TlsCaFile adds a certificate authority to the system's.
     bool UseTls = false;
     QString TlsCaFile;
+    // Implicit TLS: the connection is TLS from its first byte (the ftps
+    // scheme, port 990 as a rule), data connections too.
+    bool ImplicitTls = false;
+    // "sha256//<base64>" of the public key of a certificate the user chose
+    // to trust: the key is compared during the handshake, before the login,
+    // instead of the system's verification, which such a certificate fails.
+    QString TlsPinnedKey;
 
     bool Connected() const { return m_connected; }
     bool Idle() const { return !m_busy; }
@@ -105,7 +112,10 @@ private:
 
     long perform(Call &call, const QString &url, const std::function<void(CURL *)> &configure);
     void setCommonOptions(Call &call, const QString &url);
+    void setTlsOptions();
+    QString base() const;
     long finish(Call &call, int code);
+    static long tlsFailure(int code);
     void rememberType(const Call &call);
     long prepareType(bool ascii, const QString &file);
     long fail(long number, const QString &description);

@@ -56,5 +56,12 @@ enum : long {
     BackTip = 22237,
     ForwardTip = 22238,
     GoTip = 22239,
+
+    // The certificate of a site's FTP server (CertificateTrust).
+    CertificateQuestion = 22300,
+    CertificateQuestionTitle = 22301,
+    CertificateNotTrusted = 22302,
+    CertificateChanged = 22303,
+    TlsNotOffered = 22304,
 };
 } // namespace StringIds

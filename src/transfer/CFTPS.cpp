@@ -7,7 +7,9 @@
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
+#include "transfer/CertificateTrust.h"
 #include "transfer/FailureText.h"
+#include "transfer/FtpAddress.h"
 #include "transfer/RemotePathMapper.h"
 #include "transfer/SafeReplace.h"
 
@@ -204,28 +206,6 @@ void CFTPS::FirewallSetUp()
     }
 }
 
-// A leading "ftp://" goes; Logon and LetBASEURL take it in any case of
-// letters, Init only as written. What is left is "host" or "host:port".
-QString CFTPS::HostFromAddress(const QString &strAddress, bool boolAnyCase)
-{
-    const bool hasScheme = boolAnyCase ? strAddress.left(6).toLower() == QStringLiteral("ftp://")
-                                       : strAddress.startsWith(QStringLiteral("ftp://"));
-    QString host = hasScheme ? strAddress.mid(6) : strAddress;
-    if (hasScheme && host.endsWith(QLatin1Char('/')))
-        host.chop(1);
-    return host;
-}
-
-// "host" or "host:port" onto the control; no port means the standard one.
-void CFTPS::ApplyHost(const QString &strHost_p)
-{
-    const qsizetype colon = strHost_p.lastIndexOf(QLatin1Char(':'));
-    bool numeric = false;
-    const int port = colon > 0 ? strHost_p.mid(colon + 1).toInt(&numeric) : 0;
-    Ftp().RemoteHost = numeric ? strHost_p.left(colon) : strHost_p;
-    Ftp().RemotePort = numeric ? port : kFtpPort;
-}
-
 // Takes the live connection of another client of the same account when
 // there is one, else a session of this account of its own.
 void CFTPS::SessionFor(const QString &strAccount_p)
@@ -241,10 +221,10 @@ long CFTPS::Init(const QString &strHTTPURL_p, const QString &strFTPURL_p,
 {
     m_lRecord = -1;
     m_boolInitSession = true;
-    const QString host = HostFromAddress(strFTPURL_p, false);
-    SessionFor(FtpSession::AccountKey(host, strUsername_p, strPassword));
+    const FtpAddress address = FtpAddress::Parse(strFTPURL_p, false);
+    SessionFor(FtpSession::AccountKey(address.AccountHost(), strUsername_p, strPassword));
     FirewallSetUp();
-    ApplyHost(host);
+    address.ApplyTo(Ftp());
     Ftp().User = strUsername_p;
     Ftp().Password = strPassword;
     Ftp().Timeout = ServerTimeout();
@@ -299,8 +279,8 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     m_lRecord = lIndex;
     m_boolInitSession = false;
     const SiteRecord site = Record();
-    const QString host = HostFromAddress(site.baseurl, true);
-    const QString account = FtpSession::AccountKey(host, site.userid, site.password);
+    const FtpAddress address = FtpAddress::Parse(site.baseurl, true);
+    const QString account = FtpSession::AccountKey(address.AccountHost(), site.userid, site.password);
     // A second logon of this client starts its session over; a first one
     // takes over another client's live connection to the account.
     if (Ftp().Connected() && m_session->Account() == account) {
@@ -316,13 +296,14 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     }
     FirewallSetUp();
     Ftp().Passive = site.passivemode;
-    ApplyHost(host);
+    address.ApplyTo(Ftp());
+    Ftp().TlsPinnedKey = site.tlskeypin;
     Ftp().User = site.userid;
     Ftp().Password = site.password;
     Ftp().Timeout = ServerTimeout();
     Ftp().Passive = site.passivemode;
     Ftp().DoEvents();
-    if (!Capture(Ftp().Logon())) {
+    if (!Capture(Ftp().Logon()) && !TrustCertificate(lIndex, strPosition)) {
         if (m_failure.number == errNoInternet)
             MError::SetError(m_failure.number, m_failure.description, strPosition);
         return Fail(strPosition);
@@ -331,6 +312,19 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     m_strHTTPURL = site.baseaddress;
     FtpSession::Publish(m_session);
     return 1;
+}
+
+// A logon that failed on a certificate the system does not vouch for: the
+// user sees it and may trust it for the site, and the logon is tried once
+// more with it pinned. True when that logon went through; otherwise the
+// pending error says what happened to the certificate, if that was it.
+bool CFTPS::TrustCertificate(long lIndex, const QString &strPosition)
+{
+    CertificateTrust trust(Ftp(), lIndex);
+    if (m_failure.number == ControlError::CertificateUntrusted && trust.Ask())
+        return Capture(Ftp().Logon());
+    trust.Tell(m_failure.number, strPosition);
+    return false;
 }
 
 long CFTPS::CloseDown()
@@ -356,7 +350,8 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         return 0;
     }
     const SiteRecord &site = sites[static_cast<size_t>(lIndex_p)];
-    ApplyHost(HostFromAddress(site.baseurl, true));
+    FtpAddress::Parse(site.baseurl, true).ApplyTo(Ftp());
+    Ftp().TlsPinnedKey = site.tlskeypin;
     Ftp().User = site.userid;
     Ftp().Password = site.password;
     Ftp().Passive = true;
@@ -432,7 +427,7 @@ long CFTPS::GetBASEURL(QString &strBaseURL_p)
 
 long CFTPS::LetBASEURL(const QString &strNewBaseURL_p)
 {
-    ApplyHost(HostFromAddress(strNewBaseURL_p, true));
+    FtpAddress::Parse(strNewBaseURL_p, true).ApplyTo(Ftp());
     return 1;
 }
 

@@ -22,8 +22,8 @@
 // clients for the same account share one connection (FtpSession). A
 // connection the server dropped is logged on again by the next operation.
 //
-// The FTP address (baseurl, or the address given to Init) may carry a port:
-// "host", "host:port", "ftp://host" and "ftp://host:port" are understood.
+// The FTP address (baseurl, or the address given to Init) may carry a port
+// and a scheme that says how the connection is protected (FtpAddress).
 class CFTPS : public QObject
 {
     Q_OBJECT
@@ -116,7 +116,6 @@ private:
     // Session internals.
     long LogonRecord(long lIndex, const QString &strPosition);
     void FirewallSetUp();
-    static QString HostFromAddress(const QString &strAddress, bool boolAnyCase);
     void SessionFor(const QString &strAccount_p);
     void UseSession(std::shared_ptr<FtpSession> session);
     SiteRecord Record() const;
@@ -124,7 +123,7 @@ private:
     bool Reconnect();
     bool ConnectionLost();
     bool Capture(long lResult);
-    void ApplyHost(const QString &strHost_p);
+    bool TrustCertificate(long lIndex, const QString &strPosition);
     long Fail(const QString &strPosition);
     long Tell(const QString &strPosition_p, bool boolWriting_p, const QString &strAfter_p);
 
