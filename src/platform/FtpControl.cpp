@@ -39,6 +39,8 @@ struct FtpControl::Call
     char type = 0;
     int code = 0;                 // libcurl's result
     QString errorReply;           // the last reply of 400 and above
+    QString firstErrorReply;      // the first reply of 400 and above
+    qint64 sizeReply = -1;        // the number of the last 213 reply (SIZE)
     QString lastPwd;              // the folder of the last 257 reply
     QByteArray replyBuffer;
     char detail[CURL_ERROR_SIZE] = {0};
@@ -238,8 +240,16 @@ struct FtpCallbacks
         if (!m.hasMatch())
             return;
         const int code = m.captured(1).toInt();
-        if (code >= 400)
+        if (code >= 400) {
             call.errorReply = line;
+            if (call.firstErrorReply.isEmpty())
+                call.firstErrorReply = line;
+        }
+        if (code == 213) {
+            bool ok = false;
+            const qint64 size = line.mid(4).trimmed().toLongLong(&ok);
+            call.sizeReply = ok ? size : -1;
+        }
         if (code == 257) {
             static const QRegularExpression quoted(QStringLiteral("^257 \"((?:[^\"]|\"\")*)\""));
             const QRegularExpressionMatch q = quoted.match(line);
@@ -500,7 +510,11 @@ long FtpControl::prepareType(bool ascii, const QString &file)
         curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::discard);
         curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpCallbacks::discard);
     });
-    if (result == 1 || (call.code == CURLE_REMOTE_FILE_NOT_FOUND && m_type == wanted)) {
+    // libcurl asks SIZE only once the type stands (it sends TYPE only when
+    // the connection is in another one), so a file not found there is no
+    // failure of the type, whether this call sent TYPE or not.
+    if (result == 1 || call.code == CURLE_REMOTE_FILE_NOT_FOUND) {
+        m_type = wanted;
         m_errorNumber = 0;
         m_errorDescription.clear();
         return 1;
@@ -607,30 +621,58 @@ long FtpControl::Logoff()
     return 1;
 }
 
-// Sends raw commands from the current folder, so that names without a path
-// mean what the caller meant whatever libcurl did in between.
+// Sends raw commands in the current folder. They go after libcurl has
+// changed to the call's folder (which it skips when the connection already
+// stands there), so names without a path mean what the caller meant. Each
+// is marked so that a refusal does not make libcurl drop the connection;
+// the first refusal is the call's failure all the same.
 long FtpControl::sendQuoted(const QStringList &commands, Call &call)
 {
     for (const QString &command : commands)
-        call.quote = curl_slist_append(call.quote, command.toUtf8().constData());
-    return perform(call, urlFor(m_path), [&call](CURL *h) {
-        curl_easy_setopt(h, CURLOPT_QUOTE, call.quote);
+        call.quote = curl_slist_append(call.quote, (QLatin1Char('*') + command).toUtf8().constData());
+    const long result = perform(call, urlFor(m_path), [&call](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_POSTQUOTE, call.quote);
         curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
     });
+    if (result == 1 && !call.firstErrorReply.isEmpty())
+        return fail(ControlError::Protocol, call.firstErrorReply);
+    return result;
 }
 
+// The folder, from the root, that a path names when taken from the current
+// folder: "." and ".." resolved, no slash at the end.
+QString FtpControl::resolvedPath(const QString &path) const
+{
+    QStringList parts;
+    const QString whole = path.startsWith(QLatin1Char('/')) ? path : folderPath(m_path) + QLatin1Char('/') + path;
+    for (const QString &part : whole.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        if (part == QLatin1String(".."))
+            parts.removeLast();
+        else if (part != QLatin1String("."))
+            parts.append(part);
+    }
+    return QLatin1Char('/') + parts.join(QLatin1Char('/'));
+}
+
+// One absolute CWD, sent by libcurl only when the connection does not
+// already stand in the folder; no PWD, as the folder is known. A folder the
+// server refuses leaves the connection and the current folder as they were.
 long FtpControl::SetRemotePath(const QString &path)
 {
+    const QString target = resolvedPath(path);
     Call call;
-    // A relative folder is taken from the folder this control is in, which
-    // a transfer in between may have left; an absolute one needs no start.
-    QStringList commands{QStringLiteral("CWD ") + path, QStringLiteral("PWD")};
-    if (!path.startsWith(QLatin1Char('/')))
-        commands.prepend(QStringLiteral("CWD ") + folderPath(m_path));
-    const long result = sendQuoted(commands, call);
-    if (result == 1 && !call.lastPwd.isEmpty())
-        m_path = call.lastPwd;
+    const long result = perform(call, urlFor(target), [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
+    if (result == 1)
+        m_path = target;
     return result;
+}
+
+// The folder is taken as it is, without a word to the server: for a folder
+// that is known to be there (the root of the session), the next call that
+// needs it changes to it.
+void FtpControl::SetRemotePathUnchecked(const QString &path)
+{
+    m_path = resolvedPath(path);
 }
 
 long FtpControl::Command(const QString &command)
@@ -639,7 +681,7 @@ long FtpControl::Command(const QString &command)
     if (verb == QLatin1String("CWD"))
         return SetRemotePath(command.section(QLatin1Char(' '), 1));
     Call call;
-    return sendQuoted({QStringLiteral("CWD ") + folderPath(m_path), command}, call);
+    return sendQuoted({command}, call);
 }
 
 long FtpControl::DeleteFile(const QString &name)
@@ -650,9 +692,7 @@ long FtpControl::DeleteFile(const QString &name)
 long FtpControl::Rename(const QString &from, const QString &to)
 {
     Call call;
-    return sendQuoted({QStringLiteral("CWD ") + folderPath(m_path), QStringLiteral("RNFR ") + from,
-                       QStringLiteral("RNTO ") + to},
-                      call);
+    return sendQuoted({QStringLiteral("RNFR ") + from, QStringLiteral("RNTO ") + to}, call);
 }
 
 long FtpControl::MakeDirectory(const QString &name)
@@ -738,6 +778,24 @@ long FtpControl::Download()
             return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
     }
     return result;
+}
+
+// One SIZE (with TYPE I first when the connection is in another type), so
+// that the size counts the bytes as they lie on the server. size is -1 when
+// the server names none.
+long FtpControl::QuerySize(const QString &name, qint64 &size)
+{
+    size = -1;
+    Call call;
+    const long result = perform(call, urlFor(m_path, name), [](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
+        curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::discard);
+        curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpCallbacks::discard);
+    });
+    if (result != 1)
+        return result;
+    size = call.sizeReply;
+    return 1;
 }
 
 void FtpControl::Abort()

@@ -65,9 +65,16 @@ public:
     bool Connected() const { return m_connected; }
     bool Idle() const { return !m_busy; }
     QString RemotePath() const { return m_path; }
+    // Changes folder (relative to the current one, or from the root);
+    // nothing goes to the server when the connection already stands there.
     long SetRemotePath(const QString &path);
+    // Takes the folder for the current one without asking the server; the
+    // next call that needs it goes there.
+    void SetRemotePathUnchecked(const QString &path);
     long Command(const QString &command);
     qint64 FileSize() const { return m_fileSize; }
+    // The size of a file of the current folder, from the server's SIZE.
+    long QuerySize(const QString &name, qint64 &size);
     QDateTime FileTime() const { return m_fileTime; }
 
     long ErrorNumber() const { return m_errorNumber; }
@@ -123,6 +130,7 @@ private:
     long list(bool longForm);
     QString urlFor(const QString &folder, const QString &file = QString()) const;
     QString folderPath(const QString &folder) const;
+    QString resolvedPath(const QString &path) const;
     void post(std::function<void()> event);
     void resetHandle();
     int run();

@@ -448,6 +448,12 @@ long CFTPS::Connect()
         return 0;
     if (RootFolder().isEmpty())
         return ChangeToRootFolder();
+    // The server's root is always there: the operation's own folder change
+    // or transfer goes where it needs, with one command or none.
+    if (RootFolder() == QLatin1String("/")) {
+        Ftp().SetRemotePathUnchecked(RootFolder());
+        return 1;
+    }
     if (Capture(Ftp().SetRemotePath(RootFolder())))
         return 1;
     if (!ConnectionLost() || !Reconnect())
@@ -531,9 +537,21 @@ long CFTPS::ChangeToRootFolder()
     return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
 }
 
-// A relative folder that the server refuses gets one try as an absolute one.
+// A relative folder is taken from the server's root where the session's
+// root is the server's (as after Connect); one the server refuses gets one
+// try from the current folder, the other way round.
 long CFTPS::ChangeFolder(const QString &strPath)
 {
+    if (!strPath.startsWith(QLatin1Char('/')) && RootFolder() == QLatin1String("/")) {
+        if (Capture(Ftp().SetRemotePath(QLatin1Char('/') + strPath)))
+            return 1;
+        if (m_failure.number != errProtocol)
+            return Fail(QStringLiteral("CFTPS.ChangeFolder"));
+        if (Capture(Ftp().SetRemotePath(strPath)))
+            return 1;
+        Fail(QStringLiteral("CFTPS.ChangeFolder"));
+        return ExpectedFailure;
+    }
     if (Capture(Ftp().SetRemotePath(strPath)))
         return 1;
     if (m_failure.number != errProtocol)
@@ -606,8 +624,18 @@ long CFTPS::GetASCIIFile(const QString &strURL_p, QByteArray &strFileData_p)
 // so that no reader takes the file for lost.
 bool CFTPS::Fetch()
 {
+    const QString folder = Ftp().RemotePath();
     if (Capture(Ftp().Download()))
         return true;
+    // A connection the server dropped since the last operation shows only
+    // now, as no command went before the download: log on again once.
+    const QString wanted = Ftp().RemoteFile;
+    if (ConnectionLost() && Reconnect() && ChangeFolder(folder) == 1) {
+        Ftp().RemoteFile = wanted;
+        m_strReceiveBuffer.clear();
+        if (Capture(Ftp().Download()))
+            return true;
+    }
     if (m_failure.number != errProtocol || !StartsWith(m_failure.description, "550"))
         return false;
     const Failure missing = m_failure;
@@ -620,6 +648,7 @@ bool CFTPS::Fetch()
             if (SafeReplace::IsTemporaryName(name, target, oldCopy) && oldCopy && target == file
                 && Rename(name, file)) {
                 Ftp().RemoteFile = file;
+                m_strReceiveBuffer.clear();
                 return Capture(Ftp().Download());
             }
         }

@@ -68,13 +68,9 @@ bool SafeReplace::Run()
     m_abortSerial = FtpControl::AbortSerial();
     Act act = Act::Failed;
     bool existed = false;
-    Listing listing;
-    if (Look(listing)) {
-        CleanLeftovers(listing);
-        existed = listing.contains(m_file);
+    if (LookFirst(existed))
         act = Do([this] { return Upload(); },
                  [this](const Listing &l) { return l.value(m_new).size == m_size; });
-    }
     if (act == Act::Done)
         act = PutInPlace(existed);
     const CFTPS::Failure cause = m_ftp.m_failure;
@@ -93,6 +89,35 @@ bool SafeReplace::Run()
     if (wasClear)
         MError::ClearError();
     return m_outcome == Outcome::NewStands;
+}
+
+// Whether the file is there now. The first replace of the session in a
+// folder looks at the whole folder and clears what broken replaces left;
+// later ones ask the server's SIZE of the file alone (a refusal with 550:
+// no such file), and look at the folder only where SIZE tells nothing.
+bool SafeReplace::LookFirst(bool &existed)
+{
+    QSet<QString> &seen = m_ftp.m_session->foldersLookedAt;
+    const QString folder = m_ftp.Ftp().RemotePath();
+    if (seen.contains(folder)) {
+        qint64 size = -1;
+        if (m_ftp.Capture(m_ftp.Ftp().QuerySize(m_file, size)) && size >= 0) {
+            existed = true;
+            return true;
+        }
+        if (m_ftp.m_failure.number == ControlError::Protocol
+            && m_ftp.m_failure.description.startsWith(QLatin1String("550"))) {
+            existed = false;
+            return true;
+        }
+    }
+    Listing listing;
+    if (!Look(listing))
+        return false;
+    CleanLeftovers(listing);
+    seen.insert(folder);
+    existed = listing.contains(m_file);
+    return true;
 }
 
 // The new file onto the old in one rename where the server allows it, else
@@ -276,11 +301,19 @@ bool SafeReplace::Upload()
     control.TransferMode = 0;
     if (!sent)
         return false;
-    Listing listing;
-    if (!Look(listing))
-        return false;
-    const qint64 kept = listing.value(m_new).size;
-    if (kept == m_size || (kept < 0 && listing.contains(m_new)))
+    // The server's SIZE tells what it kept in one command; a server without
+    // SIZE is asked for its listing.
+    qint64 kept = -1;
+    const bool sized = m_ftp.Capture(control.QuerySize(m_new, kept)) && kept >= 0;
+    if (!sized) {
+        Listing listing;
+        if (!Look(listing))
+            return false;
+        kept = listing.value(m_new).size;
+        if (kept < 0 && listing.contains(m_new))
+            return true;
+    }
+    if (kept == m_size)
         return true;
     m_ftp.m_failure = {ControlError::DataConnection,
                        QStringLiteral("The server kept %1 of %2 bytes of %3.").arg(kept).arg(m_size).arg(m_new)};

@@ -73,6 +73,7 @@ private:
     Act Do(const std::function<bool()> &act, const std::function<bool(const Listing &)> &done);
     bool Look(Listing &listing);
     bool Recover();
+    bool LookFirst(bool &existed);
     void LimitToRecovery();
     bool LogOnAgain();
     Act PutInPlace(bool existed);

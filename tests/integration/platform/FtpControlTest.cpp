@@ -274,7 +274,7 @@ TEST_F(FtpControlTest, WritesRefusedByTheServer)
     EXPECT_TRUE(ftp.ErrorDescription().startsWith(QStringLiteral("550")));
     // The session goes on after refusals.
     ftp.RemoteFile = QStringLiteral("allowed.htm");
-    EXPECT_EQ(ftp.Upload(), 1);
+    EXPECT_EQ(ftp.Upload(), 1) << ftp.ErrorDescription().toStdString();
 }
 
 TEST_F(FtpControlTest, LoginAndConnectionFailures)
