@@ -537,21 +537,9 @@ long CFTPS::ChangeToRootFolder()
     return Fail(QStringLiteral("CFTPS.ChangeToRootFolder"));
 }
 
-// A relative folder is taken from the server's root where the session's
-// root is the server's (as after Connect); one the server refuses gets one
-// try from the current folder, the other way round.
+// A relative folder that the server refuses gets one try as an absolute one.
 long CFTPS::ChangeFolder(const QString &strPath)
 {
-    if (!strPath.startsWith(QLatin1Char('/')) && RootFolder() == QLatin1String("/")) {
-        if (Capture(Ftp().SetRemotePath(QLatin1Char('/') + strPath)))
-            return 1;
-        if (m_failure.number != errProtocol)
-            return Fail(QStringLiteral("CFTPS.ChangeFolder"));
-        if (Capture(Ftp().SetRemotePath(strPath)))
-            return 1;
-        Fail(QStringLiteral("CFTPS.ChangeFolder"));
-        return ExpectedFailure;
-    }
     if (Capture(Ftp().SetRemotePath(strPath)))
         return 1;
     if (m_failure.number != errProtocol)
@@ -960,7 +948,8 @@ long CFTPS::CreateFolder(const QString &strPath_p, const QString &strFolderName_
         *boolMade_p = false;
     Running running(m_boolRunning);
     const QString position = QStringLiteral("CFTPS.CreateFolder");
-    if (!Ftp().Connected() && !Reconnect())
+    // From the session's root, as every operation maps its paths.
+    if (Connect() != 1)
         return 0;
     QString folder, file;
     BuildRemoteFolder(strFolderName_p + QStringLiteral("/dummy.htm"), folder, file);
