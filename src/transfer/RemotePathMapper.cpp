@@ -1,14 +1,11 @@
 #include "transfer/RemotePathMapper.h"
 
+#include "document/AddressPath.h"
+
 #include <QStringList>
 
 namespace {
 const QChar kSlash = QLatin1Char('/');
-
-QStringList segmentsOf(const QString &path)
-{
-    return path.split(kSlash, Qt::SkipEmptyParts);
-}
 
 // Where the run of segments `part` stands in `whole`, comparing whole
 // segments only; -1 when it doesn't.
@@ -77,7 +74,7 @@ void RemotePathMapper::BuildRemoteFolder(const Site &site, const QString &strCur
         const QString remote = TrimSlashes(site.remotefolder);
         // Already in the folder, in whatever letters the user typed it, it
         // is not put in front a second time.
-        if (segmentRun(segmentsOf(folder), segmentsOf(remote), Qt::CaseInsensitive) < 0)
+        if (segmentRun(AddressPath::Segments(folder), AddressPath::Segments(remote), Qt::CaseInsensitive) < 0)
             folder = remote + kSlash + TrimSlashes(folder);
     }
     strRemoteFolder_p = folder;
@@ -93,14 +90,14 @@ QString RemotePathMapper::MapUnderFtpRoot(const QString &ftproot, const QString 
                                           const QString &strPagePath_p)
 {
     const QString root = TrimSlashes(ftproot);
-    QStringList page = segmentsOf(strPagePath_p);
-    const QStringList rootSegments = segmentsOf(root);
+    QStringList page = AddressPath::Segments(strPagePath_p);
+    const QStringList rootSegments = AddressPath::Segments(root);
     if (segmentRun(page, rootSegments, Qt::CaseSensitive) == 0)
         page = page.mid(rootSegments.size());
     QStringList folder = rootSegments + page;
     const QString whole = root + kSlash + page.join(kSlash);
 
-    const QStringList current = segmentsOf(strCurrentFolder_p);
+    const QStringList current = AddressPath::Segments(strCurrentFolder_p);
     if (current.isEmpty() || segmentRun(folder, current, Qt::CaseSensitive) != 0)
         return whole;
     folder = folder.mid(current.size());
