@@ -3,6 +3,7 @@
 #include "BlockingCall.h"
 #include "CurlErrorMap.h"
 #include "FtpListParser.h"
+#include "MlsdParser.h"
 #include "TraceScrubber.h"
 
 #include <QCoreApplication>
@@ -25,6 +26,8 @@ struct FtpControl::Call
     bool deliverData = true;      // Transfer events carry the data
     bool listing = false;
     bool longListing = false;
+    bool machineListing = false;  // MLSD: facts and a name on each line
+    bool skippingLine = false;    // the rest of an over-long listing line
     std::unique_ptr<QSaveFile> target; // the local file of a Download
     std::unique_ptr<QFile> source;     // the local file of an Upload
     QByteArray pending;           // a listing line not yet ended
@@ -106,10 +109,13 @@ struct FtpCallbacks
             qsizetype end = call.pending.indexOf('\n', start);
             if (end < 0)
                 break;
-            listLine(call, call.pending.mid(start, end - start), entries);
+            if (!call.skippingLine)
+                listLine(call, call.pending.mid(start, end - start), entries);
+            call.skippingLine = false;
             start = end + 1;
         }
         call.pending.remove(0, start);
+        cutLongLine(call, entries);
         if (last && !call.pending.isEmpty()) {
             listLine(call, call.pending, entries);
             call.pending.clear();
@@ -126,6 +132,22 @@ struct FtpCallbacks
         });
     }
 
+    // A line that goes on past any real name is not kept whole: its start
+    // goes to the caller, who refuses it by its length, and the rest up to
+    // the next line end is dropped.
+    static void cutLongLine(FtpControl::Call &call, QList<FtpListEntry> &entries)
+    {
+        if (call.pending.size() <= FtpListParser::kLongestLine)
+            return;
+        if (!call.skippingLine) {
+            FtpListEntry entry;
+            entry.entry = FtpListParser::decodeLine(call.pending.left(FtpListParser::kLongestLine + 1));
+            entries.append(entry);
+        }
+        call.skippingLine = true;
+        call.pending.clear();
+    }
+
     static void listLine(FtpControl::Call &call, QByteArray line, QList<FtpListEntry> &entries)
     {
         if (line.endsWith('\r'))
@@ -133,8 +155,11 @@ struct FtpCallbacks
         if (line.isEmpty())
             return;
         FtpListEntry entry;
-        const QString text = QString::fromUtf8(line);
-        if (call.longListing) {
+        const QString text = FtpListParser::decodeLine(line);
+        if (call.machineListing) {
+            if (!MlsdParser::parseLine(text, entry))
+                return;
+        } else if (call.longListing) {
             if (!FtpListParser::parseLine(text, entry, call.now))
                 return;
         } else {
@@ -705,21 +730,28 @@ long FtpControl::RemoveDirectory(const QString &name)
     return Command(QStringLiteral("RMD ") + name);
 }
 
-long FtpControl::list(bool longForm)
+long FtpControl::list(bool longForm, bool machine)
 {
     Call call;
     call.listing = true;
     call.longListing = longForm;
+    call.machineListing = machine;
     const QString mask = RemoteFile;
     if (prepareType(true, QString()) != 1)
         return 0;
-    return perform(call, urlFor(m_path), [longForm, mask](CURL *h) {
+    return perform(call, urlFor(m_path), [longForm, machine, mask](CURL *h) {
         curl_easy_setopt(h, CURLOPT_DIRLISTONLY, longForm ? 0L : 1L);
-        if (!mask.isEmpty()) {
-            const QString request = (longForm ? QStringLiteral("LIST ") : QStringLiteral("NLST ")) + mask;
+        QString request = machine ? QStringLiteral("MLSD") : QString();
+        if (!mask.isEmpty())
+            request = (machine ? QStringLiteral("MLSD ") : longForm ? QStringLiteral("LIST ") : QStringLiteral("NLST ")) + mask;
+        if (!request.isEmpty())
             curl_easy_setopt(h, CURLOPT_CUSTOMREQUEST, request.toUtf8().constData());
-        }
     });
+}
+
+long FtpControl::ListDirectoryMachine()
+{
+    return list(true, true);
 }
 
 long FtpControl::ListDirectory()

@@ -85,6 +85,9 @@ public:
     long Logoff();
     long ListDirectory();
     long ListDirectoryLong();
+    // The listing by MLSD, for servers that offer it (FEAT names MLST): the
+    // same DirList events, from a form that needs no guessing.
+    long ListDirectoryMachine();
     long Upload();
     long Download();
     // Ends the running call with an error; the call returns at once after.
@@ -127,7 +130,7 @@ private:
     long prepareType(bool ascii, const QString &file);
     long fail(long number, const QString &description);
     long sendQuoted(const QStringList &commands, Call &call);
-    long list(bool longForm);
+    long list(bool longForm, bool machine = false);
     QString urlFor(const QString &folder, const QString &file = QString()) const;
     QString folderPath(const QString &folder) const;
     QString resolvedPath(const QString &path) const;

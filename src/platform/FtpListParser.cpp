@@ -1,6 +1,9 @@
 #include "FtpListParser.h"
 
+#include "config/AnsiCodePage.h"
+
 #include <QRegularExpression>
+#include <QStringDecoder>
 
 
 bool FtpListParser::parseLine(const QString &rawLine, FtpListEntry &out, const QDateTime &now)
@@ -47,7 +50,7 @@ bool FtpListParser::parseUnix(const QString &line, FtpListEntry &out, const QDat
         if (monthNumber == 0)
             continue;
         bool sizeOk = false;
-        const qint64 size = fields.at(month - 1).toLongLong(&sizeOk);
+        const qint64 size = sizeField(fields.at(month - 1), sizeOk);
         const QStringView stamp = fields.at(month + 2);
         if (!sizeOk || !fields.at(month + 1).toInt() || (stamp.size() != 4 && !stamp.contains(QLatin1Char(':'))))
             continue;
@@ -78,16 +81,28 @@ int FtpListParser::monthNumber(QStringView field)
     return 0;
 }
 
+// IIS writes the date in the order of the server's settings: month first
+// ("11-22-26", "11/22/2026"), or year first ("2026-11-22"); a first field
+// above 12 can only be a day ("22-11-2026"). The time has AM/PM or 24 hours.
 bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
 {
     static const QRegularExpression dos(QStringLiteral(
-        "^(\\d{2})-(\\d{2})-(\\d{2,4})\\s+(\\d{1,2}):(\\d{2})\\s*([AaPp][Mm])?\\s+"
-        "(<DIR>|\\d+)\\s+(.+)$"));
+        "^(\\d{1,4})[-/.](\\d{1,2})[-/.](\\d{2,4})\\s+(\\d{1,2}):(\\d{2})(?::\\d{2})?\\s*([AaPp][Mm])?\\s+"
+        "(<DIR>|-?\\d+)\\s+(.+)$"));
     const QRegularExpressionMatch m = dos.match(line);
     if (!m.hasMatch())
         return false;
-    int year = m.captured(3).toInt();
-    if (m.captured(3).size() == 2)
+    int first = m.captured(1).toInt(), second = m.captured(2).toInt(), third = m.captured(3).toInt();
+    int year = third, month = first, day = second;
+    if (m.captured(1).size() == 4) {
+        year = first;
+        month = second;
+        day = third;
+    } else if (first > 12) {
+        month = second;
+        day = first;
+    }
+    if (year < 100)
         year += year < 70 ? 2000 : 1900; // two-digit years: 70-99 last century
     int hour = m.captured(4).toInt();
     const QString half = m.captured(6).toUpper();
@@ -95,12 +110,40 @@ bool FtpListParser::parseDos(const QString &line, FtpListEntry &out)
         hour += 12;
     if (half == QLatin1String("AM") && hour == 12)
         hour = 0;
-    out.time = QDateTime(QDate(year, m.captured(1).toInt(), m.captured(2).toInt()),
-                         QTime(hour, m.captured(5).toInt()), Qt::UTC);
+    const QDate date(year, month, day);
+    if (!date.isValid())
+        return false;
+    out.time = QDateTime(date, QTime(hour, m.captured(5).toInt()), Qt::UTC);
     out.isDir = m.captured(7) == QLatin1String("<DIR>");
-    out.size = out.isDir ? 0 : m.captured(7).toLongLong();
+    bool sizeOk = true;
+    out.size = out.isDir ? 0 : sizeField(m.captured(7), sizeOk);
     out.fileName = m.captured(8);
     return true;
+}
+
+qint64 FtpListParser::sizeField(QStringView field, bool &ok)
+{
+    const qint64 size = field.toLongLong(&ok);
+    if (ok || field.isEmpty())
+        return size;
+    for (const QChar c : field)
+        if (!c.isDigit())
+            return 0;
+    ok = true; // digits, but more than a number holds
+    return -1;
+}
+
+QString FtpListParser::decodeLine(const QByteArray &line)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = utf8(line);
+    if (!utf8.hasError())
+        return text;
+    QString western;
+    western.reserve(line.size());
+    for (const char byte : line)
+        western.append(AnsiCodePage::Chr(static_cast<unsigned char>(byte)));
+    return western;
 }
 
 QDateTime FtpListParser::unixTime(int month, int day, QStringView yearOrTime, const QDateTime &now)
