@@ -1,6 +1,8 @@
 #pragma once
 
 #include "config/MGlobalProjectObjects.h"
+#include "transfer/DIRDATA.h"
+#include "transfer/FILEITEM.h"
 #include "transfer/FtpSession.h"
 #include "transfer/TransferStatusWindow.h"
 
@@ -11,6 +13,9 @@
 
 #include <functional>
 #include <memory>
+
+class DirListing;
+class DirTreeNodes;
 
 // The client through which every part of the program reaches a site: the
 // session with its logon, the mapping of page paths to server folders, and
@@ -93,6 +98,30 @@ public:
     // Batch display of many files (used by the recursive operations).
     void SetBatch(bool boolBatch_p, double dblTotal_p);
 
+    // Listings of folders on the server (DirListing, DirSort).
+    long GetDirBranch(DirTreeNodes &tvwTree_p, const QString &strPath_p = QString());
+    long GetDirFiles(DirTreeNodes &tvwTree_p, const QString &strPath_p = QString());
+    long GetDir(DIRDATA &dirData_p);
+    long GetDirLevel(DIRDATA &dirData_p, long lLevel_p);
+    long GetFolders(DirTreeNodes &tvwTree_p, const QString &strPath_p);
+    long GetSubFolders(const QString &strPath_p, QStringList &strFolders_p);
+    long GetFiles_In_Dir(const QString &strPath_p, QStringList &strFiles_p);
+    long GetFiles_In_DirEx(const QString &strPath_p, QList<FILEITEM> &files_p);
+    long GetFileInfo(const QString &strURL_p, QString &strFileSize_p, QString &strFileTime_p,
+                     QString &strCompletePath_p, bool bIsDir_p = false);
+    static long SortDIR(DIRDATA &dirData_p);
+    static long SortDIR2(DIRDATA &dirData_p);
+
+    // Batches of files and folders on one session (FileBatch).
+    long CopyFilesAndFolders(const QString &strTarget_p, const QList<FILEITEM> &items_p, long &lStatus_p);
+    long DeleteFilesAndFolders(const QString &strFolder_p, const QList<FILEITEM> &items_p, long &lStatus_p);
+    long DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FILEITEM> &items_p,
+                                 const QString &strLocalTarget_p, long &lStatus_p);
+
+    // Caches on the road to the site (CacheServerCheck).
+    long CheckForCacheServers(long lCurrentURL_p);
+    long CheckCacheInOneFolder(const QString &strFolder_p, const QString &strCurrentBaseUrl);
+
     // The text of a new page, as SendNewPage writes it.
     static QByteArray NewPageText(const QString &strDocTitle_p);
 
@@ -106,6 +135,11 @@ public:
 
 private:
     friend class SafeReplace;
+    friend class DirListing;
+    friend class FileBatch;
+    friend class CacheServerCheck;
+
+    DirListing &Listing();
 
     struct Failure
     {
@@ -153,6 +187,7 @@ private:
     FtpControl &Ftp() const { return m_session->control; }
 
     std::shared_ptr<FtpSession> m_session;
+    std::shared_ptr<DirListing> m_listing; // made at the first listing
     std::unique_ptr<TransferStatusWindow> m_frmTransferStatus;
     Failure m_failure;
     long m_lRecord = -1;         // the record of the session; -1: lCurrentURL

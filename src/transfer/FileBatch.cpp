@@ -1,0 +1,280 @@
+#include "transfer/FileBatch.h"
+
+#include "platform/CurlErrorMap.h"
+#include "support/ErrorLog.h"
+#include "support/MError.h"
+#include "transfer/CFTPS.h"
+#include "transfer/SafeReplace.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+QString Join(const QString &folder, const QString &name)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
+}
+
+QString WithStartingSlash(const QString &path)
+{
+    return path.startsWith(QLatin1Char('/')) ? path : QLatin1Char('/') + path;
+}
+
+// The part of a path behind its last separator, either kind.
+qsizetype LastSeparator(const QString &path)
+{
+    return qMax(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\')));
+}
+
+bool ReplyIs(const QString &reply, std::initializer_list<const char *> codes)
+{
+    for (const char *code : codes)
+        if (reply.startsWith(QLatin1String(code)))
+            return true;
+    return false;
+}
+
+// A relative path of a batch that climbs out of its root is no path of it.
+bool StaysBelow(const QString &relative)
+{
+    if (relative.isEmpty() || relative.startsWith(QLatin1Char('/')))
+        return false;
+    for (const QString &segment : relative.split(QLatin1Char('/')))
+        if (segment.isEmpty() || segment == QLatin1String("..") || segment == QLatin1String("."))
+            return false;
+    return true;
+}
+} // namespace
+
+FileBatch::FileBatch(CFTPS &ftp)
+    : m_ftp(ftp)
+{
+}
+
+// The running total, the batch flag that makes the status window count the
+// whole batch, and the session in the batch's folder on the server.
+long FileBatch::Begin(const QList<FILEITEM> &items, const QString &address, QString &folder)
+{
+    double total = 0;
+    for (const FILEITEM &item : items)
+        total += double(item.lSize);
+    m_ftp.SetBatch(true, total);
+    m_wasRunning = m_ftp.m_boolRunning;
+    m_ftp.m_boolRunning = true;
+    QString file;
+    return m_ftp.GoToFile(address, folder, file);
+}
+
+long FileBatch::End(long result, long &lStatus_p)
+{
+    if (m_ftp.m_frmTransferStatus) {
+        if (m_ftp.m_frmTransferStatus->IsVisible())
+            m_ftp.m_frmTransferStatus->HideWindow();
+        m_ftp.m_frmTransferStatus->ClearCancelPressed();
+    }
+    m_ftp.Ftp().TransferMode = 0;
+    m_ftp.SetBatch(false, 0);
+    m_ftp.m_boolRunning = m_wasRunning;
+    lStatus_p = result;
+    return result;
+}
+
+bool FileBatch::CancelPressed() const
+{
+    return (m_ftp.m_frmTransferStatus && m_ftp.m_frmTransferStatus->CancelPressed())
+        || m_ftp.m_failure.number == ControlError::Aborted;
+}
+
+// What a failed step means for the batch: a Cancel ends it (-1), a refusal
+// the server commonly gives (the folder is there already, the name is not
+// allowed) skips the item, anything else ends the batch with the error.
+FileBatch::Step FileBatch::Judge(const QString &position)
+{
+    const CFTPS::Failure &failure = m_ftp.m_failure;
+    if (CancelPressed()) {
+        ErrorLog::Append(failure.number, failure.description, position);
+        return Step::Cancelled;
+    }
+    if (failure.number == ControlError::Protocol && ReplyIs(failure.description, {"550", "521"})) {
+        ErrorLog::Append(failure.number, failure.description, position);
+        return Step::Skipped;
+    }
+    m_ftp.Fail(position);
+    return Step::Failed;
+}
+
+// ---------------------------------------------------------------- upload
+
+long FileBatch::CopyFilesAndFolders(const QString &strTarget_p, const QList<FILEITEM> &items_p, long &lStatus_p)
+{
+    lStatus_p = 1;
+    if (items_p.isEmpty())
+        return 1;
+    const QString position = QStringLiteral("CFTPS.CopyFilesAndFolders");
+    const QString root = items_p.first().strPath.left(LastSeparator(items_p.first().strPath) + 1);
+    QString target = strTarget_p;
+    while (target.endsWith(QLatin1Char('/')))
+        target.chop(1);
+    QString folder;
+    if (Begin(items_p, target + QStringLiteral("/dummy.htm"), folder) != 1)
+        return End(m_ftp.Fail(position), lStatus_p);
+    m_ftp.Ftp().TransferMode = 2;
+    for (const FILEITEM &item : items_p) {
+        QString relative = item.strPath.startsWith(root) ? item.strPath.mid(root.size()) : QString();
+        relative.replace(QLatin1Char('\\'), QLatin1Char('/'));
+        if (item.strName.isEmpty() && item.strPath.isEmpty())
+            continue;
+        if (!StaysBelow(relative)) {
+            ErrorLog::Append(0, QStringLiteral("Not below the batch's folder: ") + item.strPath, position);
+            continue;
+        }
+        const Step step = item.lType == 1 ? Upload(folder, relative, item) : MakeFolder(folder, relative);
+        if (step == Step::Cancelled)
+            return End(-1, lStatus_p);
+        if (step == Step::Failed)
+            return End(0, lStatus_p);
+    }
+    return End(1, lStatus_p);
+}
+
+FileBatch::Step FileBatch::Upload(const QString &folder, const QString &relative, const FILEITEM &item)
+{
+    const QString position = QStringLiteral("CFTPS.CopyFilesAndFolders ") + item.strPath;
+    const qsizetype slash = relative.lastIndexOf(QLatin1Char('/'));
+    const QString into = slash < 0 ? folder : Join(folder, relative.left(slash));
+    const QString name = relative.mid(slash + 1);
+    if (!m_ftp.Capture(m_ftp.Ftp().SetRemotePath(into)))
+        return Judge(position);
+    m_ftp.m_strTransferName = name;
+    m_ftp.m_dblTransferSize = double(item.lSize);
+    SafeReplace replace(m_ftp, into, name, item.strPath);
+    if (replace.Run())
+        return Step::Done;
+    if (replace.Cancelled()) {
+        ErrorLog::Append(m_ftp.m_failure.number, m_ftp.m_failure.description, position);
+        return Step::Cancelled;
+    }
+    return Judge(position);
+}
+
+FileBatch::Step FileBatch::MakeFolder(const QString &folder, const QString &relative)
+{
+    const QString position = QStringLiteral("CFTPS.CopyFilesAndFolders ") + relative;
+    m_ftp.Ftp().RemoteFile = relative;
+    if (m_ftp.Capture(m_ftp.Ftp().SetRemotePath(folder)) && m_ftp.Capture(m_ftp.Ftp().MakeDirectory(relative)))
+        return Step::Done;
+    return Judge(position);
+}
+
+// ---------------------------------------------------------------- delete
+
+// Files first, then folders, each pass from the last item to the first, so
+// that a folder is empty when its turn comes.
+long FileBatch::DeleteFilesAndFolders(const QString &strFolder_p, const QList<FILEITEM> &items_p, long &lStatus_p)
+{
+    const QString position = QStringLiteral("CFTPS.DeleteFilesAndFolders");
+    QString folder;
+    if (Begin({}, strFolder_p, folder) != 1)
+        return End(m_ftp.Fail(position), lStatus_p);
+    bool stayed = false;
+    for (const long type : {1L, 0L}) {
+        for (qsizetype i = items_p.size() - 1; i >= 0; --i) {
+            const FILEITEM &item = items_p.at(i);
+            if (item.lType != type || item.strPath.isEmpty())
+                continue;
+            const QString path = WithStartingSlash(item.strPath);
+            m_ftp.Ftp().RemoteFile = path;
+            const long done = type == 1 ? m_ftp.Ftp().DeleteFile(path) : m_ftp.Ftp().RemoveDirectory(path);
+            if (m_ftp.Capture(done))
+                continue;
+            const CFTPS::Failure &failure = m_ftp.m_failure;
+            if (failure.number != ControlError::Protocol || !ReplyIs(failure.description, {"500", "521", "550"}))
+                return End(m_ftp.Fail(position), lStatus_p);
+            ErrorLog::Append(failure.number, failure.description, position + QLatin1Char(' ') + path);
+            stayed = true;
+        }
+    }
+    return End(stayed ? -1 : 1, lStatus_p);
+}
+
+// ---------------------------------------------------------------- download
+
+long FileBatch::DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FILEITEM> &items_p,
+                                        const QString &strLocalTarget_p, long &lStatus_p)
+{
+    lStatus_p = 1;
+    if (items_p.isEmpty())
+        return 1;
+    const QString position = QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders");
+    const QString first = items_p.first().strPath;
+    const QString root = first.left(first.lastIndexOf(QLatin1Char('/')) + 1);
+    QString folder;
+    if (Begin(items_p, strRoot_p, folder) != 1)
+        return End(m_ftp.Fail(position), lStatus_p);
+    m_ftp.Ftp().TransferMode = 2;
+    for (const FILEITEM &item : items_p) {
+        if (item.strPath.isEmpty())
+            continue;
+        const QString relative = item.strPath.startsWith(root) ? item.strPath.mid(root.size()) : QString();
+        const QString local = StaysBelow(relative) ? LocalPathInside(strLocalTarget_p, relative) : QString();
+        if (local.isEmpty()) {
+            ErrorLog::Append(0, QStringLiteral("Not below the local folder: ") + item.strPath, position);
+            continue;
+        }
+        if (item.lType == 0) {
+            if (QDir().mkpath(local))
+                continue;
+            MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
+            return End(0, lStatus_p);
+        }
+        const Step step = Download(WithStartingSlash(item.strPath), local, item.strName);
+        if (step == Step::Cancelled)
+            return End(-1, lStatus_p);
+        if (step == Step::Failed)
+            return End(0, lStatus_p);
+    }
+    return End(1, lStatus_p);
+}
+
+// A local file of that name is kept as it is: the item is logged and
+// skipped. The file is written aside and put in place only when whole.
+FileBatch::Step FileBatch::Download(const QString &remote, const QString &local, const QString &name)
+{
+    const QString position = QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders ") + remote;
+    if (QFileInfo::exists(local)) {
+        ErrorLog::Append(58, QStringLiteral("File already exists: ") + local, position);
+        return Step::Skipped;
+    }
+    if (!QDir().mkpath(QFileInfo(local).path())) {
+        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
+        return Step::Failed;
+    }
+    FtpControl &ftp = m_ftp.Ftp();
+    if (!m_ftp.Capture(ftp.SetRemotePath(remote.left(remote.lastIndexOf(QLatin1Char('/')) + 1))))
+        return Judge(position);
+    m_ftp.m_strTransferName = name;
+    ftp.RemoteFile = remote.mid(remote.lastIndexOf(QLatin1Char('/')) + 1);
+    ftp.LocalFile = local;
+    ftp.Overwrite = false;
+    const long done = ftp.Download();
+    ftp.Overwrite = true;
+    ftp.LocalFile.clear();
+    return m_ftp.Capture(done) ? Step::Done : Judge(position);
+}
+
+QString FileBatch::LocalPathInside(const QString &strFolder_p, const QString &strRelative_p)
+{
+    if (!StaysBelow(strRelative_p) || strRelative_p.contains(QLatin1Char('\\')) || strRelative_p.contains(QChar(0)))
+        return QString();
+    const QString folder = QDir::cleanPath(QDir(strFolder_p).absolutePath());
+    const QString path = QDir::cleanPath(folder + QLatin1Char('/') + strRelative_p);
+    if (!path.startsWith(folder + QLatin1Char('/')))
+        return QString();
+    // A link inside the folder could lead a write anywhere.
+    for (QString step = QFileInfo(path).path(); step.size() > folder.size(); step = QFileInfo(step).path())
+        if (QFileInfo(step).isSymLink())
+            return QString();
+    if (QFileInfo(path).isSymLink())
+        return QString();
+    return path;
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "transfer/FILEITEM.h"
+
+#include <QList>
+#include <QString>
+
+class CFTPS;
+
+// Batches of files and folders on one session and under one progress
+// window: an upload of local files into a folder of the site, a delete of
+// files and folders on the server, a download of them into a local folder.
+//
+// Whatever the user cancels or the server refuses, no file is left half
+// written: an upload goes through the safe replace (a new name, then a
+// rename), a download is written aside and moved in place when whole. And
+// nothing is written outside the local folder chosen, whatever names a
+// batch holds.
+class FileBatch
+{
+public:
+    explicit FileBatch(CFTPS &ftp);
+
+    // 1 done, -1 cancelled.
+    long CopyFilesAndFolders(const QString &strTarget_p, const QList<FILEITEM> &items_p, long &lStatus_p);
+    // 1 all gone, -1 some items stayed.
+    long DeleteFilesAndFolders(const QString &strFolder_p, const QList<FILEITEM> &items_p, long &lStatus_p);
+    // 1 done, -1 cancelled.
+    long DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FILEITEM> &items_p,
+                                 const QString &strLocalTarget_p, long &lStatus_p);
+
+    // The path below strFolder_p that strRelative_p names, or "" when it
+    // would lead out of it (a "..", an absolute path, a link on the way).
+    static QString LocalPathInside(const QString &strFolder_p, const QString &strRelative_p);
+
+private:
+    enum class Step { Done, Skipped, Cancelled, Failed };
+
+    long Begin(const QList<FILEITEM> &items, const QString &address, QString &folder);
+    long End(long result, long &lStatus_p);
+    Step Upload(const QString &folder, const QString &relative, const FILEITEM &item);
+    Step MakeFolder(const QString &folder, const QString &relative);
+    Step Download(const QString &remote, const QString &local, const QString &name);
+    Step Judge(const QString &position);
+    bool CancelPressed() const;
+
+    CFTPS &m_ftp;
+    bool m_wasRunning = false;
+};
