@@ -182,7 +182,7 @@ long CDocument::Init(CDocEventHandler *CDocEventHandler_p)
         m_strTopHTML = m_Document.documentElement().outerHTML();
     m_lElementsAtInit = m_Document.allLength();
     ReadFrames();
-    return 1;
+    return m_Style.Init(m_Document);
 }
 
 long CDocument::InitDocument(CDocEventHandler *handler)
@@ -420,9 +420,10 @@ long CDocument::RegisterImages()
     const long keyed = m_Document.keyAndStrip(QStringLiteral("IMG"), kKey, {});
     if (keyed < 0)
         return 0;
+    long key = 0;
     for (const HtmlElement &img : m_Document.getElementsByTagName(QStringLiteral("IMG"))) {
         auto object = std::make_unique<CHTMLImg>();
-        if (object->Init(img, this) != 1)
+        if (object->Init(img, this, key++) != 1)
             return 0;
         AddObject(std::move(object));
     }

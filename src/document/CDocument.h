@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/FaithfulSave.h"
+#include "objects/CStyle.h"
 #include "platform/HtmlDocument.h"
 #include "platform/HtmlTextRange.h"
 
@@ -93,6 +94,8 @@ public:
     bool EditIsOn() const { return m_boolEditOn; }
     bool UserMayEdit() const { return m_boolUserMayEdit; }
     HtmlTextRange TextRange() const { return m_TextRange; }
+    // The character formatting of the page, read when the document is bound.
+    CStyle &Style() { return m_Style; }
 
     // The full addresses of the documents of the session, one per Init.
     static QStringList g_astrDocURLs;
@@ -157,4 +160,5 @@ private:
     HtmlDocument m_Document;
     HtmlElement m_HTMLBody;
     HtmlTextRange m_TextRange; // the body's text, kept for pages of some length
+    CStyle m_Style;
 };

@@ -221,3 +221,34 @@ long HtmlDocument::stripLockMarks(const QStringList &styleProperties)
     const QVariant n = call(QStringLiteral("bulk.stripLockMarks"), {styleProperties}, QStringLiteral("HtmlDocument.stripLockMarks"));
     return n.isValid() ? n.toLongLong() : -1;
 }
+
+QVariantMap HtmlDocument::contextTarget(int x, int y) const
+{
+    return call(QStringLiteral("objects.menuTarget"), {x, y}, QStringLiteral("HtmlDocument.contextTarget")).toMap();
+}
+
+HtmlElement HtmlDocument::flowParentNear(const HtmlElement &element, int x, int y) const
+{
+    return HtmlElement(m_browser, call(QStringLiteral("objects.flowParent"), {element.handle(), x, y},
+                                       QStringLiteral("HtmlDocument.flowParentNear")).toInt());
+}
+
+QVariantMap HtmlDocument::styleAtSelection() const
+{
+    return call(QStringLiteral("style.atSelection"), {}, QStringLiteral("HtmlDocument.styleAtSelection")).toMap();
+}
+
+QVariantMap HtmlDocument::styleAtPoint(int x, int y) const
+{
+    return call(QStringLiteral("style.atPoint"), {x, y}, QStringLiteral("HtmlDocument.styleAtPoint")).toMap();
+}
+
+QVariantMap HtmlDocument::setSelectionFontSize(const QString &size)
+{
+    return call(QStringLiteral("style.fontSize"), {size}, QStringLiteral("HtmlDocument.setSelectionFontSize")).toMap();
+}
+
+QVariantMap HtmlDocument::styleKindAt(int x, int y, const QStringList &selectors) const
+{
+    return call(QStringLiteral("style.kindAt"), {x, y, selectors}, QStringLiteral("HtmlDocument.styleKindAt")).toMap();
+}

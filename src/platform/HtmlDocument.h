@@ -84,6 +84,28 @@ public:
     // read-only; gives the count of stretches, or -1.
     long sealScript();
 
+    // What a right click at the point falls on: "type" of the selection,
+    // and "control" and "point" (the picked control, the element under the
+    // pointer), each with "h" (handle, 0 for none), "tag", "editable",
+    // "key" (keldaKey or null), "keldasp", "code", "input", "connected".
+    QVariantMap contextTarget(int x, int y) const;
+    // Where a floating element goes back into the flow, searched around the
+    // point.
+    HtmlElement flowParentNear(const HtmlElement &element, int x, int y) const;
+    // The computed style of the selection's element, or of the element at
+    // the point: "tag", "fontFamily", "fontSizePt", "fontWeight",
+    // "fontStyle", "underline", "color" (#rrggbb), "justify".
+    QVariantMap styleAtSelection() const;
+    QVariantMap styleAtPoint(int x, int y) const;
+    // Gives the selection the font size (a CSS length) by splitting the
+    // elements it cuts, sizing those inside and wrapping bare text in
+    // spans. "refused" is "cells" or "script" when nothing was done for
+    // that reason; "changed" counts the elements made or changed.
+    QVariantMap setSelectionFontSize(const QString &size);
+    // The kind of formatting at the point, judged against the selectors:
+    // "kind", "selector", "heading", "diffs" (name/value maps).
+    QVariantMap styleKindAt(int x, int y, const QStringList &selectors) const;
+
     // The editor's look of a page that is shown but not edited.
     long setHatched(bool on);
 

@@ -68,6 +68,11 @@ bool HtmlElement::isContentEditable() const
     return property(QStringLiteral("isContentEditable")).toBool();
 }
 
+bool HtmlElement::isConnected() const
+{
+    return property(QStringLiteral("isConnected")).toBool();
+}
+
 QString HtmlElement::styleValue(const QString &name) const
 {
     return call(QStringLiteral("styleGet"), {name}, QStringLiteral("HtmlElement.style")).toString();

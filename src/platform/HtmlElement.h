@@ -54,6 +54,8 @@ public:
     QString contentEditable() const; // "true", "false" or "inherit"
     void setContentEditable(bool editable);
     bool isContentEditable() const;
+    // Still in its page: the page's own script may have taken it out.
+    bool isConnected() const;
 
     // Style values by name ("fontSize" or "font-size"); names the engine does
     // not know are read from and written to the style attribute's text.

@@ -15,6 +15,7 @@
 #include <QWebEngineHttpRequest>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
+#include <QWebEngineSettings>
 #include <QWebEngineScriptCollection>
 
 namespace {
@@ -36,6 +37,10 @@ WebBrowser::WebBrowser(QWidget *parent)
     setPage(m_page);
     // The editor shows its own menus; the engine's never appears.
     setContextMenuPolicy(Qt::PreventContextMenu);
+    // Cut, Copy and Paste of the editor's menus are commands of the engine,
+    // run from the editor's script.
+    m_page->settings()->setAttribute(QWebEngineSettings::JavascriptCanAccessClipboard, true);
+    m_page->settings()->setAttribute(QWebEngineSettings::JavascriptCanPaste, true);
 
     m_fresh = new FreshLoadInterceptor(this);
     m_page->setUrlRequestInterceptor(m_fresh);
@@ -86,7 +91,9 @@ void WebBrowser::injectRuntime()
     script.setRunsOnSubFrames(true);
     script.setSourceCode(readResource(QStringLiteral(":/qtwebchannel/qwebchannel.js"))
                          + QStringLiteral("\n")
-                         + readResource(QStringLiteral(":/keldacms/engine/kelda-bridge.js")));
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-bridge.js"))
+                         + QStringLiteral("\n")
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-objects.js")));
     m_page->scripts().insert(script);
 }
 
@@ -189,7 +196,11 @@ void WebBrowser::onPageEvent(const PageEvent &event)
         emit DocumentComplete(event.frame, event.key, isTop);
         return;
     }
-    emit pageEvent(event);
+    // The event arrives inside the engine's own message handling, where a
+    // call into the page never gets its answer; its handlers (a right
+    // click's menu reads the page) run from the event loop instead, in
+    // the order the events came.
+    QMetaObject::invokeMethod(this, [this, event] { emit pageEvent(event); }, Qt::QueuedConnection);
 }
 
 // The editor has one window: a page's request for a new one either is

@@ -9,6 +9,7 @@
 #include "objects/frmDocumentInnerHTML.h"
 #include "platform/CurlErrorMap.h"
 #include "platform/FtpControl.h"
+#include "objects/ContextMenuDispatcher.h"
 #include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -103,11 +104,23 @@ void EditSession::OnPageEvent(const PageEvent &event)
             continue;
         if (event.type == QStringLiteral("mousedown"))
             m_lDocIndex = long(n);
+        else if (event.type == QStringLiteral("contextmenu"))
+            OnContextMenu(*m_Documents[n], event);
         else if (event.type == QStringLiteral("keyup") || event.type == QStringLiteral("paste")
                  || event.type == QStringLiteral("drop"))
             m_Documents[n]->SetDirty();
         return;
     }
+}
+
+// A right click builds the page object for what it fell on. Not while a
+// save is writing the page out, nor on a page shown but not edited.
+void EditSession::OnContextMenu(CDocument &document, const PageEvent &event)
+{
+    if (m_boolSaving || !document.EditIsOn() || document.boolNoEdit)
+        return;
+    StepGuard running(*this);
+    ContextMenuDispatcher(document).Dispatch(event.x, event.y);
 }
 
 EditSession::~EditSession() = default;

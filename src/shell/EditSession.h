@@ -94,6 +94,7 @@ private:
     };
 
     void OnPageEvent(const PageEvent &event);
+    void OnContextMenu(CDocument &document, const PageEvent &event);
     void CancelEntry();
     void CancelSave();
     void ReportCancelledSave();

@@ -68,6 +68,10 @@ public:
             MError::SetErrorIfClear(5, QStringLiteral("upload refused"), QStringLiteral("Test.Save"));
         return m_result;
     }
+    long OnContextMenu() override { return 1; }
+    long LetKeldaKey(long) override { return 1; }
+    long GetKeldaKey(long &key) const override { key = 0; return 1; }
+    long Init(CDocEventHandler *, CDocument *) override { return 1; }
 
 private:
     long m_result;

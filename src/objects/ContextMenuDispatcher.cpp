@@ -1,0 +1,107 @@
+#include "objects/ContextMenuDispatcher.h"
+
+#include "document/CDocument.h"
+#include "objects/CHTMLArea.h"
+#include "objects/CIHTMLObject.h"
+#include "objects/CPoHTMLobject.h"
+#include "support/MError.h"
+
+#include <QSet>
+
+namespace {
+
+const QString kTag = QStringLiteral("tag");
+const QString kHandle = QStringLiteral("h");
+
+// Tags that a click picks now and then by accident: the edges of a
+// paragraph or a table. Nothing useful can be offered for them.
+bool IsLayoutTag(const QString &tag)
+{
+    static const QSet<QString> tags = {QStringLiteral("P"), QStringLiteral("TD"), QStringLiteral("TR"),
+                                       QStringLiteral("TBODY"), QStringLiteral("BR")};
+    return tags.contains(tag);
+}
+
+// Guards against a second right click while a menu is still open: its
+// event may come from the page's queue while the first menu runs.
+bool g_boolMenuOpen = false;
+
+} // namespace
+
+ContextMenuDispatcher::ContextMenuDispatcher(CDocument &document)
+    : m_Document(document)
+{
+}
+
+ContextMenuDispatcher::Target ContextMenuDispatcher::Decide(int x, int y)
+{
+    HtmlDocument page;
+    m_Document.GetDocument(page);
+    const QVariantMap target = page.contextTarget(x, y);
+    m_control = target.value(QStringLiteral("control")).toMap();
+    m_point = target.value(QStringLiteral("point")).toMap();
+    if (target.isEmpty())
+        return Target::Nothing;
+    return target.value(QStringLiteral("type")).toString() == QLatin1String("Control") ? DecideControl() : DecideText();
+}
+
+ContextMenuDispatcher::Target ContextMenuDispatcher::DecideControl() const
+{
+    if (!m_control.value(QStringLiteral("editable")).toBool())
+        return Target::Nothing;
+    if (!m_control.value(QStringLiteral("key")).isNull())
+        return m_point.value(kTag).toString() == QLatin1String("AREA") ? Target::Area : Target::RegisteredObject;
+    if (m_control.value(QStringLiteral("keldasp")).toBool())
+        return Target::ASPObject;
+    const QString tag = m_control.value(kTag).toString();
+    if (tag == QLatin1String("APPLET"))
+        return m_control.value(QStringLiteral("code")).toString().compare(QLatin1String("fphover.class"), Qt::CaseInsensitive) == 0
+                   ? Target::HoverButton
+                   : Target::Nothing;
+    if (tag == QLatin1String("SELECT"))
+        return Target::ComboDialog;
+    return IsLayoutTag(tag) ? Target::Nothing : Target::GenericObject;
+}
+
+// Form fields keep the engine's own handling of their text.
+ContextMenuDispatcher::Target ContextMenuDispatcher::DecideText() const
+{
+    if (m_point.value(kHandle).toInt() == 0 || !m_point.value(QStringLiteral("editable")).toBool())
+        return Target::Nothing;
+    return m_point.value(QStringLiteral("input")).toBool() ? Target::Nothing : Target::Text;
+}
+
+long ContextMenuDispatcher::Dispatch(int x, int y)
+{
+    if (g_boolMenuOpen)
+        return 1;
+    g_boolMenuOpen = true;
+    const long result = Run(Decide(x, y), x, y);
+    g_boolMenuOpen = false;
+    if (result != 0)
+        return 1;
+    MError::SetErrorIfClear(91, QStringLiteral("Object variable not set"), QStringLiteral("CDocument.oncontextmenu"));
+    MError::ShowError();
+    return 0;
+}
+
+// The rows whose objects come with later commands (script pieces, hover
+// buttons, the list of a select field, text) show nothing yet.
+long ContextMenuDispatcher::Run(Target target, int x, int y)
+{
+    HtmlDocument page;
+    m_Document.GetDocument(page);
+    const HtmlElement control(page.browser(), m_control.value(kHandle).toInt());
+    switch (target) {
+    case Target::RegisteredObject: {
+        CIHTMLObject *object = m_Document.Object(m_control.value(QStringLiteral("key")).toString());
+        return object ? object->OnContextMenu() : 1;
+    }
+    case Target::Area:
+        return CHTMLArea().Init(&m_Document, HtmlElement(page.browser(), m_point.value(kHandle).toInt()));
+    case Target::GenericObject:
+        return CPoHTMLobject().Init(&m_Document, control, x, y);
+    default:
+        return 1;
+    }
+}
