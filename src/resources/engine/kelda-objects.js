@@ -130,17 +130,16 @@
   const WHOLE = new Set(['A', 'TD', 'P', 'LI', 'SPAN', 'FONT']);
   const NO_TEXT = new Set(['IMG', 'BR', 'HR', 'WBR', 'AREA', 'MAP', 'PARAM', 'EMBED', 'SCRIPT', 'STYLE', 'IFRAME']);
 
-  function indexIn(n) { return Array.prototype.indexOf.call(n.parentNode.childNodes, n); }
   // The elements below the range's common element that it enters or
   // leaves: inside (both), before (begins before the range, ends in it),
-  // after (begins in it, ends behind it).
+  // after (begins in it, ends behind it). An element that holds a boundary
+  // of the range is cut there; telling that by containment keeps the walk
+  // linear on long pages.
   function walk(r) {
     const root = elementOf(r.commonAncestorContainer), found = [];
     for (const e of root.getElementsByTagName('*')) {
       if (NEVER.has(e.tagName) || !r.intersectsNode(e)) continue;
-      const i = indexIn(e);
-      const entered = r.comparePoint(e.parentNode, i) === 0, exited = r.comparePoint(e.parentNode, i + 1) === 0;
-      found.push({ e: e, entered: entered, exited: exited });
+      found.push({ e: e, entered: !e.contains(r.startContainer), exited: !e.contains(r.endContainer) });
     }
     return found;
   }
@@ -165,7 +164,7 @@
   // nest is cut before its parent: the DOM can't hold overlapping halves,
   // and cutting from the inside out gives the nest the markup tree would.
   // A cut at the very edge of an element leaves no empty half behind: the
-  // element then lies wholly inside.
+  // element then lies wholly inside the range, or wholly outside it.
   function splitCutElements(r, size) {
     const scopes = walk(r).filter(s => s.entered !== s.exited && !WHOLE.has(s.e.tagName));
     const before = scopes.filter(s => s.exited).sort(byDescendants);
@@ -173,13 +172,17 @@
     let split = 0;
     for (const s of before) {
       const head = r.cloneRange(); head.setStartBefore(s.e); head.setEnd(r.startContainer, r.startOffset);
+      const rest = r.cloneRange(); rest.setEndAfter(s.e);
       if (isEmpty(head)) { r.setStartBefore(s.e); continue; }
+      if (isEmpty(rest)) { r.setStartAfter(s.e); continue; }
       const inner = cut(s.e, r.startContainer, r.startOffset);
       inner.style.fontSize = size; r.setStartBefore(inner); split++;
     }
     for (const s of after) {
       const tail = r.cloneRange(); tail.setStart(r.endContainer, r.endOffset); tail.setEndAfter(s.e);
+      const part = r.cloneRange(); part.setStartBefore(s.e);
       if (isEmpty(tail)) { r.setEndAfter(s.e); continue; }
+      if (isEmpty(part)) { r.setEndBefore(s.e); continue; }
       cut(s.e, r.endContainer, r.endOffset);
       s.e.style.fontSize = size; r.setEndAfter(s.e); split++;
     }
