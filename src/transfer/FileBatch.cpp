@@ -62,7 +62,12 @@ long FileBatch::Begin(const QList<FILEITEM> &items, const QString &address, QStr
     m_wasRunning = m_ftp.m_boolRunning;
     m_ftp.m_boolRunning = true;
     QString file;
-    return m_ftp.GoToFile(address, folder, file);
+    if (m_ftp.GoToFile(address, folder, file) != 1)
+        return 0;
+    // The mapping may give a folder relative to the login folder; the batch
+    // joins its paths to the folder from the server's root.
+    folder = m_ftp.Ftp().RemotePath();
+    return 1;
 }
 
 long FileBatch::End(long result, long &lStatus_p)
