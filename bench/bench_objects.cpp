@@ -4,6 +4,7 @@
 
 #include "../tests/integration/document/DocumentWindow.h"
 #include "BenchPage.h"
+#include "PageMouse.h"
 #include "document/CDocument.h"
 #include "objects/ContextMenuDispatcher.h"
 #include "objects/frmMenu.h"
@@ -15,7 +16,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QTimer>
 
 #include <cstdio>
@@ -100,10 +100,7 @@ double menuRound(BenchPage &page, CDocument &doc)
     for (int attempt = 0; attempt < 20 && shownMs < 0; ++attempt) {
         poll.start();
         timer.start();
-        QMouseEvent press(QEvent::MouseButtonPress, at, target->mapToGlobal(at), Qt::RightButton, Qt::RightButton, Qt::NoModifier);
-        QMouseEvent release(QEvent::MouseButtonRelease, at, target->mapToGlobal(at), Qt::RightButton, Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(target, &press);
-        QCoreApplication::sendEvent(target, &release);
+        sendRightClick(target, at);
         PageScriptCall::pumpUntil([&] { return shownMs >= 0; }, 1000);
     }
     QObject::disconnect(connection);

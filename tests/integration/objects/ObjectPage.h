@@ -4,6 +4,7 @@
 // driven with the mouse as a user drives them.
 
 #include "../document/SavedPage.h"
+#include "PageMouse.h"
 #include "objects/ContextMenuDispatcher.h"
 #include "objects/frmMenu.h"
 #include "platform/HtmlTextRange.h"
@@ -12,7 +13,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QTest>
 #include <QTimer>
 
@@ -53,12 +53,7 @@ struct EditedPage
         QWidget *target = screen.browser.focusProxy();
         const int before = menuEvents;
         for (int attempt = 0; attempt < 20; ++attempt) {
-            QMouseEvent press(QEvent::MouseButtonPress, at, target->mapToGlobal(at), Qt::RightButton,
-                              Qt::RightButton, Qt::NoModifier);
-            QMouseEvent release(QEvent::MouseButtonRelease, at, target->mapToGlobal(at), Qt::RightButton,
-                                Qt::NoButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(target, &press);
-            QCoreApplication::sendEvent(target, &release);
+            sendRightClick(target, at);
             if (PageScriptCall::pumpUntil([&] { return menuEvents > before; }, 500))
                 return true;
         }

@@ -1,6 +1,7 @@
 // The page engine bridge against the real engine and the test HTTP server:
 // what later code reads and writes in pages must behave as the editor expects.
 
+#include "PageMouse.h"
 #include "TestServers.h"
 #include "platform/GlyphTable.h"
 #include "platform/HtmlDocument.h"
@@ -302,14 +303,7 @@ TEST_F(PageEngine, RightClickDeliversTheElementAndNoEngineMenu)
     const QPoint at(box.offsetLeft() + 10, box.offsetTop() + 10);
     EXPECT_EQ(doc.elementFromPoint(at.x(), at.y()), box);
     QWidget *target = browser->focusProxy();
-    auto rightClick = [&] {
-        QMouseEvent press(QEvent::MouseButtonPress, at, target->mapToGlobal(at), Qt::RightButton,
-                          Qt::RightButton, Qt::NoModifier);
-        QMouseEvent release(QEvent::MouseButtonRelease, at, target->mapToGlobal(at), Qt::RightButton,
-                            Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(target, &press);
-        QCoreApplication::sendEvent(target, &release);
-    };
+    auto rightClick = [&] { sendRightClick(target, at); };
     auto menuEvent = [&]() -> const PageEvent * {
         for (const PageEvent &e : events)
             if (e.type == QStringLiteral("contextmenu"))
