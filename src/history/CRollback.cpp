@@ -234,10 +234,14 @@ long CRollback::TakeRevision(const QString &strPagePath_p, const QString &strLoc
                                 QStringLiteral("CRollback.BackupPage"));
         return 0;
     }
+    // A number the index has no date for names no revision yet: the file
+    // goes straight under its name. A number that comes round again names
+    // the oldest revision, which stays whole until the new one is in place.
+    const bool fresh = data != 1 || m_index.value(strPagePath_p, RevisionList::DateKey(m_nRevision)).isEmpty();
     CFTPS ftp;
     // The revision goes up before the index names it: a transfer that breaks
     // in between leaves the index describing the earlier state.
-    if (ftp.SendFile(revision, HistoryFolder(site)) != 1)
+    if (ftp.SendFile(revision, HistoryFolder(site), fresh) != 1)
         return 0;
     m_strDate = nowText();
     const QByteArray kept = HistoryFolderGuard::CheckDue(site, HistoryFolder(site)) ? ReadFile(revision) : QByteArray();

@@ -1,6 +1,5 @@
 #include "FtpControl.h"
 
-#include "BlockingCall.h"
 #include "CurlErrorMap.h"
 #include "FtpListParser.h"
 #include "MlsdParser.h"
@@ -50,6 +49,8 @@ struct FtpControl::Call
     long osErrno = 0;
     QDateTime now = QDateTime::currentDateTime(); // dates the entries of a listing
     curl_slist *quote = nullptr;  // raw commands sent before the call's own
+    bool statusListing = false;   // the entries of a STAT reply are wanted
+    QList<FtpListEntry> statusEntries;
 
     ~Call() { curl_slist_free_all(quote); }
 };
@@ -262,8 +263,10 @@ struct FtpCallbacks
     {
         static const QRegularExpression final(QStringLiteral("^(\\d{3}) "));
         const QRegularExpressionMatch m = final.match(line);
-        if (!m.hasMatch())
+        if (!m.hasMatch()) {
+            statusLine(call, line);
             return;
+        }
         const int code = m.captured(1).toInt();
         if (code >= 400) {
             call.errorReply = line;
@@ -281,6 +284,20 @@ struct FtpCallbacks
             if (q.hasMatch())
                 call.lastPwd = q.captured(1).replace(QStringLiteral("\"\""), QStringLiteral("\""));
         }
+    }
+
+    // A line inside a multi-line reply of STAT: an entry of the listing,
+    // as LIST would give it (some servers indent it by a space).
+    static void statusLine(FtpControl::Call &call, const QString &line)
+    {
+        static const QRegularExpression opening(QStringLiteral("^\\d{3}-"));
+        if (!call.statusListing || opening.match(line).hasMatch())
+            return;
+        FtpListEntry entry;
+        const QString text = line.startsWith(QLatin1Char(' ')) ? line.mid(1) : line;
+        if (FtpListParser::parseLine(text, entry, call.now) && entry.fileName != QLatin1String(".")
+            && entry.fileName != QLatin1String(".."))
+            call.statusEntries.append(entry);
     }
 
     static int debug(CURL *, curl_infotype type, char *data, size_t size, void *user)
@@ -324,6 +341,7 @@ void FtpControl::resetHandle()
     m_multi = curl_multi_init();
     m_curl = curl_easy_init();
     m_type = 0;
+    m_statusRefused = false;
 }
 
 // Drives the call through the object's own multi handle, which keeps the
@@ -484,7 +502,7 @@ long FtpControl::perform(Call &call, const QString &url,
     setCommonOptions(call, url);
     configure(m_curl);
     CURLcode code = CURLE_OK;
-    BlockingCall::run([this, &code] { code = CURLcode(run()); });
+    m_worker.run([this, &code] { code = CURLcode(run()); });
     // Nothing of this call may be reached from the handle once it is over.
     long osErrno = 0;
     curl_easy_getinfo(m_curl, CURLINFO_OS_ERRNO, &osErrno);
@@ -638,7 +656,7 @@ long FtpControl::Logoff()
     curl_easy_setopt(m_curl, CURLOPT_DEBUGFUNCTION, &FtpCallbacks::debug);
     curl_easy_setopt(m_curl, CURLOPT_DEBUGDATA, &call);
     m_busy = true;
-    BlockingCall::run([this] { resetHandle(); });
+    m_worker.run([this] { resetHandle(); });
     m_busy = false;
     QCoreApplication::sendPostedEvents(this);
     m_connected = false;
@@ -754,6 +772,20 @@ long FtpControl::ListDirectoryMachine()
     return list(true, true);
 }
 
+// The cheapest listing the server offers: STAT where it answers with one,
+// LIST otherwise (and for an empty folder, which STAT can't tell from a
+// server that answers STAT with its own status).
+long FtpControl::ListEntries()
+{
+    if (ListByStatus() == 1)
+        return 1;
+    if (!m_connected)
+        return 0;
+    m_errorNumber = 0;
+    m_errorDescription.clear();
+    return ListDirectoryLong();
+}
+
 long FtpControl::ListDirectory()
 {
     return list(false);
@@ -812,21 +844,52 @@ long FtpControl::Download()
     return result;
 }
 
-// One SIZE (with TYPE I first when the connection is in another type), so
-// that the size counts the bytes as they lie on the server. size is -1 when
-// the server names none.
+// The size of a file as it lies on the server, which only binary mode
+// tells. With the connection in binary mode that is one raw SIZE; else
+// libcurl sets the type first (TYPE I, SIZE, REST 0). size is -1 when the
+// server names none.
 long FtpControl::QuerySize(const QString &name, qint64 &size)
 {
     size = -1;
     Call call;
-    const long result = perform(call, urlFor(m_path, name), [](CURL *h) {
-        curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
-        curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::discard);
-        curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpCallbacks::discard);
-    });
+    long result = 0;
+    if (m_type == 'I') {
+        result = sendQuoted({QStringLiteral("SIZE ") + name}, call);
+    } else {
+        result = perform(call, urlFor(m_path, name), [](CURL *h) {
+            curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
+            curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::discard);
+            curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpCallbacks::discard);
+        });
+    }
     if (result != 1)
         return result;
     size = call.sizeReply;
+    return 1;
+}
+
+// STAT with a path answers with the folder's listing on the control
+// connection: one command, no data connection, no change of the transfer
+// type (libcurl lists in ASCII only, and the type must then be set back
+// before the next binary transfer). A server that answers with its own
+// status instead, or refuses, fails the call; the caller then lists.
+long FtpControl::ListByStatus()
+{
+    if (m_statusRefused)
+        return fail(ControlError::Protocol, QStringLiteral("500 The server refused STAT before."));
+    Call call;
+    call.statusListing = true;
+    if (sendQuoted({QStringLiteral("STAT ") + folderPath(m_path)}, call) != 1) {
+        m_statusRefused = m_connected && !call.firstErrorReply.isEmpty();
+        return 0;
+    }
+    if (call.statusEntries.isEmpty())
+        return fail(ControlError::Protocol, QStringLiteral("500 The server gave no listing with STAT."));
+    for (const FtpListEntry &entry : call.statusEntries) {
+        m_fileSize = entry.size;
+        m_fileTime = entry.time;
+        emit DirList(entry.entry, entry.fileName, entry.isDir, entry.size, entry.time);
+    }
     return 1;
 }
 

@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include "WorkerThread.h"
+
 #include <atomic>
 #include <functional>
 
@@ -76,6 +78,12 @@ public:
     // The size of a file of the current folder, from the server's SIZE.
     long QuerySize(const QString &name, qint64 &size);
     QDateTime FileTime() const { return m_fileTime; }
+    // The current folder's entries as DirList events, from the server's
+    // STAT reply on the control connection; fails where the server gives
+    // none (the caller then uses ListDirectoryLong).
+    long ListByStatus();
+    // ListByStatus, else ListDirectoryLong.
+    long ListEntries();
 
     long ErrorNumber() const { return m_errorNumber; }
     QString ErrorDescription() const { return m_errorDescription; }
@@ -146,9 +154,12 @@ private:
     static QSet<QByteArray> &refusedLogons();
     QByteArray logonKey() const;
 
+    // Every call of the control runs on this one thread.
+    WorkerThread m_worker;
     CURL *m_curl = nullptr;
     void *m_multi = nullptr; // holds the open connection between calls
     bool m_connected = false;
+    bool m_statusRefused = false; // the server refused STAT on this connection
     char m_type = 0; // the connection's transfer type, 'A' or 'I'; 0 unknown
     bool m_busy = false;
     std::atomic<bool> m_abort{false};

@@ -677,7 +677,7 @@ bool CFTPS::ListFileNames(QStringList &names_p)
                 names_p.append(FileName);
         });
     Ftp().RemoteFile.clear();
-    const bool ok = Capture(Ftp().ListDirectoryLong());
+    const bool ok = Capture(Ftp().ListEntries());
     disconnect(collect);
     return ok;
 }
@@ -698,9 +698,11 @@ long CFTPS::WriteWorkFile(const QByteArray &bytes_p, QString &strWork_p, const Q
 // told in the user's words, with which copy now stands on the server; the
 // control's own text goes to the error log.
 long CFTPS::Replace(const QString &strLocalFile_p, const QString &strFolder_p, const QString &strFile_p,
-                    const QString &strPosition_p, bool boolPage_p)
+                    const QString &strPosition_p, bool boolPage_p, bool boolFreshName_p)
 {
     SafeReplace replace(*this, strFolder_p, strFile_p, strLocalFile_p);
+    if (boolFreshName_p)
+        replace.SetFreshName();
     if (replace.Run())
         return 1;
     const QString state = replace.Result() == SafeReplace::Outcome::OldKeptAside
@@ -770,7 +772,7 @@ long CFTPS::SendNewPage(const QString &strDocTitle_p, const QString &strURL_p)
 
 // ---------------------------------------------------------------- files
 
-long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFolder_p)
+long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFolder_p, bool boolFreshName_p)
 {
     Running running(m_boolRunning);
     int step = 1;
@@ -803,7 +805,7 @@ long CFTPS::SendFile(const QString &strFileToSend_p, const QString &strServerFol
     return Replace(strFileToSend_p, folder, file,
                    QStringLiteral("CFTPS.SendFile{line:5} file: ") + strFileToSend_p + QStringLiteral(" ToFolder: ")
                        + strServerFolder_p,
-                   false);
+                   false, boolFreshName_p);
 }
 
 long CFTPS::SendNewFile(const QString &strLocalFile_p, const QString &strURL_p)

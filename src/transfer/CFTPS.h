@@ -80,7 +80,9 @@ public:
     long GetASCIIFile(const QString &strURL_p, QByteArray &strFileData_p);
     long SendPage(const QByteArray &strASCII_p, const QString &strURL_p);
     long SendNewPage(const QString &strDocTitle_p, const QString &strURL_p);
-    long SendFile(const QString &strFileToSend_p, const QString &strServerFolder_p);
+    // boolFreshName_p: the file's name is one no reader uses yet, so the file
+    // is written straight under it (SafeReplace::SetFreshName).
+    long SendFile(const QString &strFileToSend_p, const QString &strServerFolder_p, bool boolFreshName_p = false);
     long SendNewFile(const QString &strLocalFile_p, const QString &strURL_p);
     long SaveFile(const QString &strURL_p, const QString &strLocalFilePath_p,
                   bool boolBinaryTransfer = false);
@@ -168,7 +170,7 @@ private:
 
     // Every file written over on the server goes through the safe replace.
     long Replace(const QString &strLocalFile_p, const QString &strFolder_p, const QString &strFile_p,
-                 const QString &strPosition_p, bool boolPage_p);
+                 const QString &strPosition_p, bool boolPage_p, bool boolFreshName_p = false);
     bool Rename(const QString &strFrom_p, const QString &strTo_p);
     bool ListFileNames(QStringList &names_p);
     bool Fetch();

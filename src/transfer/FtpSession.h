@@ -36,9 +36,6 @@ public:
     // The server refused a rename onto an existing file once: the safe
     // replace goes the way of two renames from then on.
     bool renameOverRefused = false;
-    // Folders whose leftovers of broken replaces this session has cleared:
-    // a replace looks at the whole folder only the first time.
-    QSet<QString> foldersLookedAt;
 
 private:
     QString m_account;

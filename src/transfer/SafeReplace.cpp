@@ -4,6 +4,7 @@
 #include "platform/FtpControl.h"
 #include "support/MError.h"
 #include "transfer/CFTPS.h"
+#include "transfer/ReplaceJournal.h"
 
 #include <QDeadlineTimer>
 #include <QEventLoop>
@@ -47,6 +48,9 @@ SafeReplace::SafeReplace(CFTPS &ftp, const QString &folder, const QString &file,
     m_new = file + QLatin1Char('.') + token + kNewSuffix;
     m_old = file + QLatin1Char('.') + token + kOldSuffix;
     m_size = QFileInfo(localFile).size();
+    const FtpControl &control = ftp.Ftp();
+    m_journal = {QStringLiteral("%1@%2:%3").arg(control.User, control.RemoteHost).arg(control.RemotePort), folder,
+                 file, token};
 }
 
 bool SafeReplace::IsTemporaryName(const QString &name, QString &target, bool &oldCopy)
@@ -67,23 +71,30 @@ bool SafeReplace::Run()
     const bool wasClear = MError::ErrorNumber() == 0;
     m_abortSerial = FtpControl::AbortSerial();
     Act act = Act::Failed;
-    bool existed = false;
-    if (LookFirst(existed))
-        act = Do([this] { return Upload(); },
-                 [this](const Listing &l) { return l.value(m_new).size == m_size; });
-    if (act == Act::Done)
-        act = PutInPlace(existed);
+    if (LookFirst()) {
+        ReplaceJournal::Add(m_journal);
+        act = m_straight ? WriteStraight() : Act::Failed;
+        if (!m_straight)
+            act = Do([this] { return Upload(); },
+                     [this](const Listing &l) { return l.value(m_new).size == m_size; });
+        if (act == Act::Done && !m_straight)
+            act = PutInPlace();
+    }
     const CFTPS::Failure cause = m_ftp.m_failure;
+    bool tidy = true;
     if (act == Act::Done) {
         m_outcome = Outcome::NewStands;
         m_settling = true;
         // What is left of the old page may go later; the page stands.
         if (m_steppedAside)
-            Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); });
+            tidy = Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); })
+                   == Act::Done;
     } else {
         m_cancelled = act == Act::Cancelled || CancelRequested() || cause.number == ControlError::Aborted;
-        Settle();
+        tidy = Settle();
     }
+    if (tidy)
+        ReplaceJournal::Remove(m_journal);
     m_ftp.m_failure = cause;
     m_ftp.Ftp().TimeoutLimit = 0;
     if (wasClear)
@@ -91,52 +102,88 @@ bool SafeReplace::Run()
     return m_outcome == Outcome::NewStands;
 }
 
-// Whether the file is there now. The first replace of the session in a
-// folder looks at the whole folder and clears what broken replaces left;
-// later ones ask the server's SIZE of the file alone (a refusal with 550:
-// no such file), and look at the folder only where SIZE tells nothing.
-bool SafeReplace::LookFirst(bool &existed)
+// A name no reader uses yet is written under its own name and checked;
+// the renames would only cost commands. A server that refuses to write
+// over a leftover of that name gets the replace after all.
+SafeReplace::Act SafeReplace::WriteStraight()
 {
-    QSet<QString> &seen = m_ftp.m_session->foldersLookedAt;
-    const QString folder = m_ftp.Ftp().RemotePath();
-    if (seen.contains(folder)) {
-        qint64 size = -1;
-        if (m_ftp.Capture(m_ftp.Ftp().QuerySize(m_file, size)) && size >= 0) {
-            existed = true;
-            return true;
-        }
-        if (m_ftp.m_failure.number == ControlError::Protocol
-            && m_ftp.m_failure.description.startsWith(QLatin1String("550"))) {
-            existed = false;
-            return true;
-        }
-    }
+    const QString temporary = m_new;
+    m_new = m_file;
+    const Act act = Do([this] { return Upload(); }, [this](const Listing &l) { return l.value(m_new).size == m_size; });
+    m_new = temporary;
+    if (act != Act::Refused)
+        return act;
+    m_straight = false;
+    return Act::Failed;
+}
+
+// A replace needs no look at the folder unless a replace that this program
+// began there was never seen to its end: then the folder is looked at, and
+// what that run left is settled first (an old copy whose file is missing is
+// the file itself and is put back). Broken runs of other clients show when
+// their file is read (CFTPS::Fetch puts a kept-aside copy back).
+bool SafeReplace::LookFirst()
+{
+    const QList<ReplaceJournal::Entry> broken = ReplaceJournal::InFolder(m_journal.server, m_journal.folder);
+    if (broken.isEmpty())
+        return true;
     Listing listing;
     if (!Look(listing))
         return false;
-    CleanLeftovers(listing);
-    seen.insert(folder);
-    existed = listing.contains(m_file);
+    QSet<QString> tokens;
+    for (const ReplaceJournal::Entry &entry : broken)
+        tokens.insert(entry.token);
+    if (CleanLeftovers(listing, tokens))
+        for (const ReplaceJournal::Entry &entry : broken)
+            ReplaceJournal::Remove(entry);
     return true;
 }
 
+// Whether the file is on the server: its SIZE, or where SIZE tells
+// nothing, the folder's listing.
+bool SafeReplace::Exists(const QString &name)
+{
+    qint64 size = -1;
+    if (m_ftp.Capture(m_ftp.Ftp().QuerySize(name, size)) && size >= 0)
+        return true;
+    if (m_ftp.m_failure.number == ControlError::Protocol && m_ftp.m_failure.description.startsWith(QLatin1String("550")))
+        return false;
+    Listing listing;
+    return Look(listing) && listing.contains(name);
+}
+
 // The new file onto the old in one rename where the server allows it, else
-// the old one aside first.
-SafeReplace::Act SafeReplace::PutInPlace(bool existed)
+// the old one aside first. The rename onto the file is tried without
+// asking whether the file is there: where it is missing the rename works
+// on every server, and a refusal is only then looked into.
+SafeReplace::Act SafeReplace::PutInPlace()
 {
     const auto inPlace = [this](const Listing &l) { return l.contains(m_file) && !l.contains(m_new); };
     m_movedInto = true;
-    if (!existed || !m_ftp.m_session->renameOverRefused) {
+    if (!m_ftp.m_session->renameOverRefused) {
         const Act over = Do([this] { return Rename(m_new, m_file); }, inPlace);
-        if (over != Act::Refused || !existed)
+        if (over != Act::Refused)
             return over;
+        const CFTPS::Failure refusal = m_ftp.m_failure;
+        if (!Exists(m_file)) {
+            m_ftp.m_failure = refusal; // a refusal of its own, not of the file in the way
+            return over;
+        }
         m_ftp.m_session->renameOverRefused = true;
     }
     m_steppedAside = true;
     const Act aside = Do([this] { return Rename(m_file, m_old); },
                          [this](const Listing &l) { return !l.contains(m_file) && l.contains(m_old); });
-    if (aside != Act::Done)
+    if (aside == Act::Refused) {
+        const CFTPS::Failure refusal = m_ftp.m_failure;
+        if (Exists(m_file)) {
+            m_ftp.m_failure = refusal;
+            return aside;
+        }
+        m_steppedAside = false; // no file to step aside: a new one
+    } else if (aside != Act::Done) {
         return aside;
+    }
     return Do([this] { return Rename(m_new, m_file); }, inPlace);
 }
 
@@ -180,7 +227,7 @@ bool SafeReplace::Look(Listing &listing)
             });
         control.RemoteFile.clear();
         LimitToRecovery();
-        const bool ok = m_ftp.Capture(control.ListDirectoryLong());
+        const bool ok = m_ftp.Capture(control.ListEntries());
         QObject::disconnect(collect);
         if (ok)
             return true;
@@ -258,7 +305,10 @@ void SafeReplace::Pause(int ms) const
 
 // ---------------------------------------------------------------- steps
 
-void SafeReplace::CleanLeftovers(const Listing &listing)
+// Settles the leftovers of broken runs: those of the runs named by their
+// tokens, and any that are older than an hour (a run of another client
+// that broke). True when every step went through.
+bool SafeReplace::CleanLeftovers(const Listing &listing, const QSet<QString> &tokens)
 {
     const QDateTime now = QDateTime::currentDateTime();
     QStringList olds, news;
@@ -267,26 +317,31 @@ void SafeReplace::CleanLeftovers(const Listing &listing)
         bool oldCopy = false;
         if (!IsTemporaryName(it.key(), target, oldCopy))
             continue;
-        const bool ours = target == m_file;
+        const QString token = it.key().section(QLatin1Char('.'), -2, -2);
+        const bool ours = tokens.contains(token);
         const bool stale = it->time.isValid() && it->time.secsTo(now) > kLeftoverAgeSeconds;
         if (ours || stale)
             (oldCopy ? olds : news).append(it.key());
     }
     QSet<QString> present(listing.keyBegin(), listing.keyEnd());
+    bool clean = true;
     // Old copies first: one whose file is missing is the page itself.
     for (const QString &name : olds) {
         QString target;
         bool oldCopy = false;
         IsTemporaryName(name, target, oldCopy);
         if (!present.contains(target)) {
-            if (Rename(name, target))
+            const bool back = Rename(name, target);
+            if (back)
                 present.insert(target);
+            clean = clean && back;
         } else {
-            Delete(name);
+            clean = Delete(name) && clean;
         }
     }
     for (const QString &name : news)
-        Delete(name);
+        clean = Delete(name) && clean;
+    return clean;
 }
 
 // The upload, and a look that the server holds every byte of it: a server
@@ -333,7 +388,7 @@ bool SafeReplace::Delete(const QString &name)
 // After a failure or a Cancel: whatever the run got to, the folder ends
 // with one whole copy in place, and the outcome says which. Not to be
 // cancelled: the user's Cancel is what brought the run here.
-void SafeReplace::Settle()
+bool SafeReplace::Settle()
 {
     m_settling = true;
     // The settling gets log-ons again of its own, within the time left.
@@ -343,20 +398,37 @@ void SafeReplace::Settle()
     Listing listing;
     if (!Look(listing)) {
         m_outcome = m_steppedAside ? Outcome::OldKeptAside : Outcome::OldStands;
-        return;
+        return false;
     }
+    if (m_straight)
+        return SettleStraight(listing);
     const bool file = listing.contains(m_file);
     const bool old = listing.contains(m_old);
     const bool fresh = listing.contains(m_new);
+    bool tidy = true;
     if (!file && old) {
         const Act back = Do([this] { return Rename(m_old, m_file); },
                             [this](const Listing &l) { return l.contains(m_file) && !l.contains(m_old); });
         m_outcome = back == Act::Done ? Outcome::OldStands : Outcome::OldKeptAside;
+        tidy = back == Act::Done;
     } else {
         m_outcome = file && !fresh && m_movedInto ? Outcome::NewStands : Outcome::OldStands;
     }
     if (fresh)
-        Do([this] { return Delete(m_new); }, [this](const Listing &l) { return !l.contains(m_new); });
+        tidy = Do([this] { return Delete(m_new); }, [this](const Listing &l) { return !l.contains(m_new); }) == Act::Done
+               && tidy;
     if (old && m_outcome == Outcome::NewStands)
-        Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); });
+        tidy = Do([this] { return Delete(m_old); }, [this](const Listing &l) { return !l.contains(m_old); }) == Act::Done
+               && tidy;
+    return tidy;
+}
+
+// A name no reader uses holds nothing of value when its write failed: it
+// goes, and the folder is as it was.
+bool SafeReplace::SettleStraight(const Listing &listing)
+{
+    m_outcome = Outcome::OldStands;
+    if (!listing.contains(m_file))
+        return true;
+    return Do([this] { return Delete(m_file); }, [this](const Listing &l) { return !l.contains(m_file); }) == Act::Done;
 }

@@ -3,7 +3,10 @@
 #include <QDateTime>
 #include <QDeadlineTimer>
 #include <QHash>
+#include <QSet>
 #include <QString>
+
+#include "transfer/ReplaceJournal.h"
 
 #include <functional>
 
@@ -12,7 +15,8 @@ class CFTPS;
 // Puts a local file in place of a file on the server so that the server
 // always holds one whole copy: the old one or the new one, never a part.
 //
-//   1. look at the folder, and settle what an earlier broken run left;
+//   1. where an earlier run of this program in the folder never came to
+//      its end (ReplaceJournal), look at the folder and settle what it left;
 //   2. upload under a name of this run ("<file>.<token>.kelda-new") and
 //      check that the server holds every byte;
 //   3. rename the new one onto the file: on most servers this replaces it
@@ -29,11 +33,12 @@ class CFTPS;
 // although its reply never came. Whatever fails or is cancelled, Settle
 // brings the folder to a whole state and says which copy stands.
 //
-// Leftovers are recognised by their names: an old copy whose file is
-// missing is put back (it is the only copy of the page), any other
-// leftover is deleted. Leftovers of other files than this one are only
-// touched when they are older than an hour, so that a save of another
-// client that is running in the same folder now is left alone.
+// Leftovers are recognised by their names and the run's token in them: an
+// old copy whose file is missing is put back (it is the only copy of the
+// page), any other leftover is deleted. Leftovers of runs that are not in
+// the journal are only touched when they are older than an hour, so that a
+// save of another client that is running in the same folder now is left
+// alone.
 //
 // Time: a failure that costs the connection is followed by new log-ons for
 // at most a few seconds in all (the run and the settling share them), each
@@ -49,6 +54,11 @@ public:
     };
 
     SafeReplace(CFTPS &ftp, const QString &folder, const QString &file, const QString &localFile);
+
+    // The file's name is one that no reader uses yet (a revision that the
+    // history's index does not name yet): it is written under that name
+    // and checked, without the renames, and removed when the write fails.
+    void SetFreshName() { m_straight = true; }
 
     // True when the new file stands. Otherwise the control's failure is the
     // client's, and Outcome and Cancelled tell the rest.
@@ -73,19 +83,22 @@ private:
     Act Do(const std::function<bool()> &act, const std::function<bool(const Listing &)> &done);
     bool Look(Listing &listing);
     bool Recover();
-    bool LookFirst(bool &existed);
+    bool LookFirst();
+    bool Exists(const QString &name);
     void LimitToRecovery();
     bool LogOnAgain();
-    Act PutInPlace(bool existed);
+    Act WriteStraight();
+    Act PutInPlace();
     bool Refusal() const;
     bool CancelRequested() const;
     void Pause(int ms) const;
 
-    void CleanLeftovers(const Listing &listing);
+    bool CleanLeftovers(const Listing &listing, const QSet<QString> &tokens);
     bool Upload();
     bool Rename(const QString &from, const QString &to);
     bool Delete(const QString &name);
-    void Settle();
+    bool Settle();
+    bool SettleStraight(const Listing &listing);
 
     CFTPS &m_ftp;
     QString m_folder;
@@ -97,6 +110,8 @@ private:
     quint64 m_abortSerial = 0;
     int m_reconnects = 0;
     QDeadlineTimer m_recovery{QDeadlineTimer::Forever}; // the time left for log-ons again
+    ReplaceJournal::Entry m_journal;
+    bool m_straight = false;    // written under its own name
     bool m_settling = false;
     bool m_cancelled = false;
     bool m_movedInto = false;   // a rename of the new file into place was tried

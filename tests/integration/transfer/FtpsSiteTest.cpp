@@ -29,6 +29,8 @@ protected:
         MError::ClearError();
         UserQuestions::Script({});
         servers().clearFtpLog();
+        // A certificate an earlier test trusted is not this test's.
+        CReg::SaveSetting(QStringLiteral("settings"), QStringLiteral("tlspin0"), QString());
     }
     void TearDown() override
     {

@@ -28,15 +28,19 @@ QString logText()
 
 } // namespace
 
-// A save of a page with its revision and the CMS data, once the history
-// folder stands and the edit session holds its connection: 51 commands.
-// Per folder one CWD. Per read (the page, the history index) a RETR with its
-// EPSV, and SIZE and REST 0 where the transfer type changes (TYPE I). Per
-// replace (revision, index, page, CMS data) the upload (SIZE and REST 0 of
-// the type change, EPSV, STOR), its SIZE check (SIZE, REST 0) and the
-// rename pair; before it, the first replace of the session in a folder
-// lists the folder (TYPE A, SIZE, EPSV, LIST) to clear leftovers of broken
-// replaces, later ones ask the SIZE of the file alone.
+// A save of a page with its revision and the CMS data, on a session that
+// has only logged on: 29 commands.
+//  - TYPE I, SIZE, REST 0: the session's one binary type, set before the
+//    first transfer (a type sent after the PASV would break strict servers);
+//    a session that read the page at Edit has it already.
+//  - one CWD per change of folder (page, history, page, CMS data: 4).
+//  - the page as it stands now and the history index: EPSV, RETR each.
+//  - the revision under a number the index has no date for: EPSV, STOR,
+//    and SIZE to prove that the server kept every byte.
+//  - the index, the page and the CMS data each by the safe replace: EPSV,
+//    STOR under a name of its own, SIZE, RNFR, RNTO.
+// No listing: a folder is looked at only where a replace of this program
+// broke there and was never settled.
 TEST(RoundTrip, OneSaveStaysWithinItsCommands)
 {
     FaultSweep sweep(servers(), 2);
@@ -46,7 +50,7 @@ TEST(RoundTrip, OneSaveStaysWithinItsCommands)
     ASSERT_EQ(session.Logon(), 1);
     const int commands = sweep.CommandsOfOneSave();
     std::printf("commands of one save: %d\n", commands);
-    EXPECT_LE(commands, 51) << logText().toStdString();
+    EXPECT_LE(commands, 29) << logText().toStdString();
 }
 
 // A folder the server refuses (550 on the CWD) costs that one command: the
