@@ -66,10 +66,12 @@
     // Where an element that floats goes back into the flow: the first
     // element met on rings around the point (radius from 5 in steps of 5,
     // every 15 degrees) that is neither the element itself nor one that
-    // can't hold it. Past a radius of 10000 the last one met serves.
+    // can't hold it. Past a radius of 10000 the last one met serves. The
+    // page's root, met beside a short body, is no place for content: it
+    // counts as the body.
     flowParent(path, h, x, y) {
       const d = K.docAt(path), e = K.el(h), own = e.innerHTML;
-      const refuse = { TEXTAREA: 1, SCRIPT: 1, TD: 1, TBODY: 1, TABLE: 1, BODY: 1 };
+      const refuse = { TEXTAREA: 1, SCRIPT: 1, TD: 1, TBODY: 1, TABLE: 1, BODY: 1, HTML: 1 };
       let last = null;
       for (let r = 5; r <= 10000; r += 5) {
         for (let deg = 0; deg <= 360; deg += 15) {
@@ -80,7 +82,7 @@
           if (c.innerHTML !== own && !refuse[c.tagName.toUpperCase()]) return K.id(c);
         }
       }
-      return K.id(last || d.body);
+      return K.id(!last || last === d.documentElement ? d.body : last);
     }
   };
 

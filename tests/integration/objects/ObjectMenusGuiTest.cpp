@@ -3,6 +3,7 @@
 // area's menus driven with the mouse.
 
 #include "ObjectPage.h"
+#include "objects/CHTMLImg.h"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +23,9 @@ const QByteArray kPage =
     "<map name=\"m\"><area id=\"zone\" shape=\"rect\" coords=\"0,0,50,50\" href=\"a.htm\" target=\"_top\">"
     "<area id=\"blank\" shape=\"rect\" coords=\"50,0,100,50\"></map>\n"
     "<div contenteditable=\"false\"><input id=\"locked\" contenteditable=\"false\" value=\"script output\"></div>\n"
+    "<p><applet id=\"hover\" code=\"fphover.class\" style=\"display:inline-block;width:60px;height:20px\"></applet>"
+    " <applet id=\"other\" code=\"\" style=\"display:inline-block;width:60px;height:20px\"></applet>"
+    " <input id=\"script\" style=\"keldasp: 00002\" value=\"asp\"></p>\n"
     "</body></html>";
 
 class ObjectMenus : public testing::Test
@@ -62,10 +66,33 @@ TEST_F(ObjectMenus, EachKindOfClickFindsItsObject)
     EXPECT_EQ(clickAndDecide(QStringLiteral("words")), Target::Text);
     // What the server's script wrote is sealed: no menu at all.
     EXPECT_EQ(clickAndDecide(QStringLiteral("locked")), Target::Nothing);
+    EXPECT_EQ(clickAndDecide(QStringLiteral("script")), Target::ASPObject);
+    EXPECT_EQ(clickAndDecide(QStringLiteral("hover")), Target::HoverButton);
+    EXPECT_EQ(clickAndDecide(QStringLiteral("other")), Target::Nothing);
+}
+
+// An image put in after edit mode began joins the objects under the next
+// key, which it carries in the page, and a right click finds it by that.
+TEST_F(ObjectMenus, ImageAddedLaterContinuesTheKeys)
+{
+    ASSERT_EQ(page.doc->ObjectCount(), 2);
+    page.byId(QStringLiteral("words")).insertAdjacentHTML(QStringLiteral("afterEnd"),
+                                                         QStringLiteral("<img id=\"late\" src=\"none.gif\" width=\"30\" height=\"30\">"));
+    auto image = std::make_unique<CHTMLImg>();
+    CHTMLImg *late = image.get();
+    ASSERT_EQ(image->Init(page.byId(QStringLiteral("late")), page.doc.get()), 1);
+    ASSERT_EQ(CHTMLImg::Register(std::move(image)), 1);
+    long key = -1;
+    late->GetKeldaKey(key);
+    EXPECT_EQ(key, 2);
+    EXPECT_EQ(page.byId(QStringLiteral("late")).getAttribute(QStringLiteral("KELDAKEY")).toString(), QStringLiteral("2"));
+    EXPECT_EQ(page.doc->Object(QStringLiteral("2")), late);
+    EXPECT_EQ(clickAndDecide(QStringLiteral("late")), Target::RegisteredObject);
 }
 
 TEST_F(ObjectMenus, FormFieldIsCopiedMovedAndDeletedFromItsMenu)
 {
+    const int fields = inputs();
     MenuPick copy(QStringLiteral("mnuObjCopy"));
     ASSERT_TRUE(page.rightClick(QStringLiteral("field")));
     ASSERT_TRUE(copy.shown);
@@ -82,19 +109,19 @@ TEST_F(ObjectMenus, FormFieldIsCopiedMovedAndDeletedFromItsMenu)
         page.keys(Qt::Key_V, Qt::ControlModifier);
     };
     pasteIntoTarget();
-    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == 3; }, 5000));
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == fields + 1; }, 5000));
     EXPECT_TRUE(page.byId(QStringLiteral("target")).innerHTML().contains(QStringLiteral("<input")));
 
     MenuPick cut(QStringLiteral("mnuObjCut"));
     ASSERT_TRUE(page.rightClick(QStringLiteral("field")));
-    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == 2; }, 5000));
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == fields; }, 5000));
     pasteIntoTarget();
-    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == 3; }, 5000));
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == fields + 1; }, 5000));
     EXPECT_EQ(page.page().getElementsByTagName(QStringLiteral("FORM")).first().innerHTML().count(QStringLiteral("<input")), 0);
 
     MenuPick remove(QStringLiteral("mnuObjDelete"));
     ASSERT_TRUE(page.rightClick(QStringLiteral("field")));
-    EXPECT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == 2; }, 5000));
+    EXPECT_TRUE(PageScriptCall::pumpUntil([&] { return inputs() == fields; }, 5000));
     bool dirty = false;
     page.doc->GetDirty(dirty);
     EXPECT_TRUE(dirty);
@@ -114,6 +141,21 @@ TEST_F(ObjectMenus, FieldFloatsAndComesBackIntoTheFlow)
     EXPECT_TRUE(field.styleValue(QStringLiteral("position")).isEmpty());
     EXPECT_TRUE(field.getAttribute(QStringLiteral("style")).toString().isEmpty());
     EXPECT_NE(field.parentElement().tagName(), QStringLiteral("BODY"));
+}
+
+// Alone on its page, the field finds nothing around it to go into but
+// the page's body, where it ends after the search has run its course.
+TEST_F(ObjectMenus, FieldAloneOnItsPageComesBackIntoTheBody)
+{
+    page.open(QStringLiteral("objects/alone.htm"),
+              "<html><head><title>Alone</title></head><body><input id=\"field\" value=\"x\" "
+              "style=\"position:absolute;top:300px;left:400px\"></body></html>");
+    MenuPick off(QStringLiteral("mnuObjAbsolutePosition"));
+    ASSERT_TRUE(page.rightClick(QStringLiteral("field")));
+    EXPECT_TRUE(off.checked.contains(QStringLiteral("mnuObjAbsolutePosition")));
+    HtmlElement field = page.byId(QStringLiteral("field"));
+    EXPECT_EQ(field.parentElement().tagName(), QStringLiteral("BODY"));
+    EXPECT_TRUE(field.getAttribute(QStringLiteral("style")).toString().isEmpty());
 }
 
 TEST_F(ObjectMenus, AreaOffersItsLinkAndNotTheImagesCommands)
