@@ -405,6 +405,18 @@ long DirListing::GetFiles_In_Dir(const QString &strPath_p, QStringList &strFiles
     return 1;
 }
 
+long DirListing::NamesHere(QSet<QString> &names_p)
+{
+    m_dir.Clear();
+    m_strListPath = m_ftp.Ftp().RemotePath();
+    if (List() != 1)
+        return 0;
+    names_p.clear();
+    for (const DIRENTRY &entry : std::as_const(m_dir.Entries))
+        names_p.insert(entry.strName);
+    return 1;
+}
+
 long DirListing::GetFiles_In_DirEx(const QString &strPath_p, QList<FILEITEM> &files_p)
 {
     files_p.clear();

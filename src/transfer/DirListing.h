@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -41,6 +42,9 @@ public:
     long GetFiles_In_DirEx(const QString &strPath_p, QList<FILEITEM> &files_p);
     long GetFileInfo(const QString &strURL_p, QString &strFileSize_p, QString &strFileTime_p,
                      QString &strCompletePath_p, bool bIsDir_p);
+    // The names in the session's current folder. 1, or 0 with the failure
+    // kept by the client.
+    long NamesHere(QSet<QString> &names_p);
 
     // The DirList event of the control.
     void DirList(const QString &DirEntry, const QString &FileName, bool IsDir, qint64 FileSize,

@@ -4,6 +4,7 @@
 #include "support/ErrorLog.h"
 #include "support/MError.h"
 #include "transfer/CFTPS.h"
+#include "transfer/DirListing.h"
 #include "transfer/SafeReplace.h"
 
 #include <QDir>
@@ -153,6 +154,8 @@ FileBatch::Step FileBatch::Upload(const QString &folder, const QString &relative
     m_ftp.m_strTransferName = name;
     m_ftp.m_dblTransferSize = double(item.lSize);
     SafeReplace replace(m_ftp, into, name, item.strPath);
+    if (IsNew(into, name))
+        replace.SetFreshName();
     if (replace.Run())
         return Step::Done;
     if (replace.Cancelled()) {
@@ -162,12 +165,28 @@ FileBatch::Step FileBatch::Upload(const QString &folder, const QString &relative
     return Judge(position);
 }
 
+// Whether a name is free in the session's current folder, which is the
+// folder given. A folder that can't be listed has no free names: its files
+// all go through the whole replace.
+bool FileBatch::IsNew(const QString &folder, const QString &name)
+{
+    if (!m_names.contains(folder)) {
+        QSet<QString> names;
+        if (m_ftp.Listing().NamesHere(names) != 1)
+            return false;
+        m_names.insert(folder, names);
+    }
+    return !m_names.value(folder).contains(name);
+}
+
 FileBatch::Step FileBatch::MakeFolder(const QString &folder, const QString &relative)
 {
     const QString position = QStringLiteral("CFTPS.CopyFilesAndFolders ") + relative;
     m_ftp.Ftp().RemoteFile = relative;
-    if (m_ftp.Capture(m_ftp.Ftp().SetRemotePath(folder)) && m_ftp.Capture(m_ftp.Ftp().MakeDirectory(relative)))
+    if (m_ftp.Capture(m_ftp.Ftp().SetRemotePath(folder)) && m_ftp.Capture(m_ftp.Ftp().MakeDirectory(relative))) {
+        m_names.insert(Join(folder, relative), {});
         return Step::Done;
+    }
     return Judge(position);
 }
 

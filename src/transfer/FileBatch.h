@@ -2,7 +2,9 @@
 
 #include "transfer/FILEITEM.h"
 
+#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 
 class CFTPS;
@@ -43,7 +45,13 @@ private:
     Step Download(const QString &remote, const QString &local, const QString &name);
     Step Judge(const QString &position);
     bool CancelPressed() const;
+    bool IsNew(const QString &folder, const QString &name);
 
     CFTPS &m_ftp;
     bool m_wasRunning = false;
+    // The names in the folders of an upload, listed once per folder (or
+    // known to be none in a folder the batch made): a file that is not
+    // there yet is written straight under its name, a file that is goes
+    // through the whole replace.
+    QHash<QString, QSet<QString>> m_names;
 };
