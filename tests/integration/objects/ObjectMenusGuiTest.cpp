@@ -10,7 +10,6 @@
 namespace {
 
 using object_test::EditedPage;
-using object_test::MenuPick;
 using Target = ContextMenuDispatcher::Target;
 
 const QByteArray kPage =

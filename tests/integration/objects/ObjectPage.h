@@ -4,6 +4,7 @@
 // driven with the mouse as a user drives them.
 
 #include "../document/SavedPage.h"
+#include "MenuPick.h"
 #include "PageMouse.h"
 #include "objects/ContextMenuDispatcher.h"
 #include "objects/frmMenu.h"
@@ -11,12 +12,8 @@
 #include "platform/PageEvent.h"
 #include "support/UserQuestions.h"
 
-#include <QAction>
-#include <QMenu>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
 
 namespace object_test {
 
@@ -68,56 +65,6 @@ struct EditedPage
         screen.browser.setFocus();
         QTest::keyClick(screen.browser.focusProxy(), key, modifiers);
     }
-};
-
-// What the next menu showed and what was picked in it. The menu runs its
-// own loop, so the pick is made from a timer that watches for it.
-struct MenuPick
-{
-    bool shown = false;
-    QStringList enabled;   // names of the enabled, visible items
-    QStringList checked;
-    QStringList hidden;
-
-    // Picks the item when the menu shows; an empty name closes the menu.
-    explicit MenuPick(const QString &item)
-    {
-        auto *poll = new QTimer;
-        poll->setInterval(10);
-        QObject::connect(poll, &QTimer::timeout, poll, [this, poll, item] {
-            QMenu *menu = frmMenu::Shown();
-            if (!menu || !menu->isVisible())
-                return;
-            poll->stop();
-            poll->deleteLater();
-            read(menu);
-            QAction *action = menu->findChild<QAction *>(item);
-            if (action && action->isEnabled() && action->isVisible() && menu->actions().contains(action))
-                QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
-            else
-                menu->close();
-        });
-        poll->start();
-        m_poll = poll;
-    }
-    ~MenuPick() { delete m_poll.data(); }
-
-private:
-    void read(QMenu *menu)
-    {
-        shown = true;
-        for (QAction *a : menu->findChildren<QAction *>()) {
-            if (a->objectName().isEmpty())
-                continue;
-            if (!a->isVisible())
-                hidden.append(a->objectName());
-            else if (a->isEnabled())
-                enabled.append(a->objectName());
-            if (a->isChecked())
-                checked.append(a->objectName());
-        }
-    }
-    QPointer<QTimer> m_poll;
 };
 
 } // namespace object_test
