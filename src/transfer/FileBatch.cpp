@@ -261,7 +261,11 @@ long FileBatch::DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FI
 }
 
 // A local file of that name is kept as it is: the item is logged and
-// skipped. The file is written aside and put in place only when whole.
+// skipped. The file is written under a name of its own beside it and
+// renamed when whole, so a cut or cancelled transfer leaves nothing under
+// the file's name. It is not forced to the disk on the way, which costs
+// more than the transfer of a small file: a batch is one of many files
+// that a second run fetches again.
 FileBatch::Step FileBatch::Download(const QString &remote, const QString &local, const QString &name)
 {
     const QString position = QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders ") + remote;
@@ -269,21 +273,48 @@ FileBatch::Step FileBatch::Download(const QString &remote, const QString &local,
         ErrorLog::Append(58, QStringLiteral("File already exists: ") + local, position);
         return Step::Skipped;
     }
-    if (!QDir().mkpath(QFileInfo(local).path())) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
-        return Step::Failed;
-    }
     FtpControl &ftp = m_ftp.Ftp();
     if (!m_ftp.Capture(ftp.SetRemotePath(remote.left(remote.lastIndexOf(QLatin1Char('/')) + 1))))
         return Judge(position);
+    QFile part(PartName(local));
+    if (!QDir().mkpath(QFileInfo(local).path()) || !part.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
+        return Step::Failed;
+    }
+    bool written = true;
+    const QMetaObject::Connection data =
+        QObject::connect(&ftp, &FtpControl::Transfer, [&](qint64, const QByteArray &text) {
+            if (written && part.write(text) != text.size()) {
+                written = false;
+                ftp.Abort();
+            }
+        });
     m_ftp.m_strTransferName = name;
     ftp.RemoteFile = remote.mid(remote.lastIndexOf(QLatin1Char('/')) + 1);
-    ftp.LocalFile = local;
-    ftp.Overwrite = false;
-    const long done = ftp.Download();
-    ftp.Overwrite = true;
     ftp.LocalFile.clear();
-    return m_ftp.Capture(done) ? Step::Done : Judge(position);
+    const bool done = m_ftp.Capture(ftp.Download());
+    QObject::disconnect(data);
+    part.close();
+    if (done && written && part.rename(local))
+        return Step::Done;
+    part.remove();
+    if (done || !written) {
+        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
+        return Step::Failed;
+    }
+    return Judge(position);
+}
+
+// A name beside the file that no listing gives (a listed name holds no
+// "/", and this one is new in the folder).
+QString FileBatch::PartName(const QString &local)
+{
+    const QFileInfo info(local);
+    for (int n = 0;; ++n) {
+        const QString part = info.path() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".%1.kelda-part").arg(n);
+        if (!QFileInfo::exists(part))
+            return part;
+    }
 }
 
 QString FileBatch::LocalPathInside(const QString &strFolder_p, const QString &strRelative_p)

@@ -46,6 +46,7 @@ private:
     Step Judge(const QString &position);
     bool CancelPressed() const;
     bool IsNew(const QString &folder, const QString &name);
+    static QString PartName(const QString &local);
 
     CFTPS &m_ftp;
     bool m_wasRunning = false;

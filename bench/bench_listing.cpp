@@ -1,0 +1,174 @@
+// What listings and batches cost against a common command-line client on
+// the same server in the same run: a folder of 10,000 entries listed into
+// the site tree (against lftp's "cls -l"), and 500 files of 4 KB sent and
+// fetched on one session (against lftp's "mirror -R" and "mirror" with one
+// connection). Each figure is the median of a few runs, log-on included on
+// both sides. Also the commands our batches send per file, and the resident
+// memory after the large listing.
+
+#include "DemoSite.h"
+#include "TestEnvironment.h"
+#include "TestServers.h"
+#include "config/MGlobalProjectObjects.h"
+#include "transfer/CFTPS.h"
+#include "transfer/DirTreeIndex.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+constexpr int kEntries = 10000;
+constexpr int kBatchFiles = 500;
+constexpr int kRuns = 3;
+
+double medianMs(const std::function<void()> &run)
+{
+    std::vector<double> times;
+    for (int i = 0; i < kRuns; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        run();
+        times.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+double residentMb()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    status.open(QIODevice::ReadOnly);
+    for (const QByteArray &line : status.readAll().split('\n'))
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    return 0;
+}
+
+void fillFolder(const QString &folder, int count, int size)
+{
+    QDir().mkpath(folder);
+    const QByteArray bytes(size, 'x');
+    for (int i = 0; i < count; ++i) {
+        QFile file(folder + QStringLiteral("/file%1.htm").arg(i, 5, 10, QLatin1Char('0')));
+        file.open(QIODevice::WriteOnly);
+        file.write(bytes);
+    }
+}
+
+// lftp with one connection to the fixture's server.
+void lftp(const TestServers &servers, const QString &commands)
+{
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    const QString script = QStringLiteral("set ftp:ssl-allow no; set net:connection-limit 1; set cmd:parallel 1; "
+                                          "set xfer:clobber on; open -u %1,%2 -p %3 127.0.0.1; %4")
+                               .arg(QLatin1String(TestServers::User), QLatin1String(TestServers::Password))
+                               .arg(servers.ftpPort())
+                               .arg(commands);
+    process.start(QStringLiteral("lftp"), {QStringLiteral("-c"), script});
+    if (!process.waitForFinished(300000) || process.exitCode() != 0)
+        std::fprintf(stderr, "lftp failed: %s\n", process.readAllStandardError().constData());
+}
+
+QList<FILEITEM> localBatch(const QString &folder)
+{
+    QList<FILEITEM> items;
+    for (const QFileInfo &info : QDir(folder).entryInfoList(QDir::Files, QDir::Name))
+        items.append({info.filePath(), info.fileName(), info.size(), 1});
+    return items;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    TestEnvironment::prepare();
+    TestServers servers;
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers)};
+    MGlobalProjectObjects::lCurrentURL = 0;
+    fillFolder(servers.webRoot() + QStringLiteral("/big"), kEntries, 100);
+    const QString key = servers.httpBase() + QStringLiteral("/big");
+
+    const double idle = residentMb();
+    long entries = 0;
+    const double listMs = medianMs([&] {
+        CFTPS client;
+        DirTreeIndex tree;
+        client.GetDirFiles(tree, servers.httpBase());
+        client.GetDirFiles(tree, key);
+        entries = long(tree.Children(key).size());
+    });
+    double listRss = 0;
+    {
+        CFTPS client;
+        DirTreeIndex tree;
+        client.GetDirFiles(tree, servers.httpBase());
+        client.GetDirFiles(tree, key);
+        listRss = residentMb();
+    }
+    if (entries != kEntries)
+        std::fprintf(stderr, "listed %ld entries of %d\n", entries, kEntries);
+    const double lftpListMs = medianMs([&] { lftp(servers, QStringLiteral("cls -l www/big")); });
+
+    QTemporaryDir local;
+    const QString source = local.filePath(QStringLiteral("source"));
+    fillFolder(source, kBatchFiles, 4096);
+    const QList<FILEITEM> batch = localBatch(source);
+    int run = 0;
+    servers.clearFtpLog();
+    const double upMs = medianMs([&] {
+        const QString target = QStringLiteral("up%1").arg(++run);
+        QDir().mkpath(servers.webRoot() + QLatin1Char('/') + target);
+        CFTPS client;
+        long status = 0;
+        if (client.CopyFilesAndFolders(target, batch, status) != 1)
+            std::fprintf(stderr, "upload batch failed\n");
+    });
+    const double upCommands = double(servers.ftpLog().size()) / (kRuns * kBatchFiles);
+    const double lftpUpMs = medianMs([&] {
+        lftp(servers, QStringLiteral("mirror -R --parallel=1 %1 www/lup%2").arg(source).arg(++run));
+    });
+
+    CFTPS lister;
+    QList<FILEITEM> remote;
+    lister.GetFiles_In_DirEx(QStringLiteral("up1/dummy.htm"), remote);
+    servers.clearFtpLog();
+    const double downMs = medianMs([&] {
+        const QString target = local.filePath(QStringLiteral("down%1").arg(++run));
+        QDir().mkpath(target);
+        CFTPS client;
+        long status = 0;
+        if (client.DownLoadFilesAndFolders(QStringLiteral("up1/dummy.htm"), remote, target, status) != 1)
+            std::fprintf(stderr, "download batch failed\n");
+    });
+    const double downCommands = double(servers.ftpLog().size()) / (kRuns * kBatchFiles);
+    const double lftpDownMs = medianMs([&] {
+        lftp(servers, QStringLiteral("mirror --parallel=1 www/up1 %1").arg(local.filePath(QStringLiteral("ldown%1").arg(++run))));
+    });
+
+    std::printf("list_ms %.1f ms\n", listMs);
+    std::printf("list_lftp_ms %.1f ms\n", lftpListMs);
+    std::printf("list_ratio %.2f ratio\n", listMs / lftpListMs);
+    std::printf("batch_up_ms %.1f ms\n", upMs);
+    std::printf("batch_up_lftp_ms %.1f ms\n", lftpUpMs);
+    std::printf("batch_up_ratio %.2f ratio\n", upMs / lftpUpMs);
+    std::printf("batch_up_commands_per_file %.2f commands\n", upCommands);
+    std::printf("batch_down_ms %.1f ms\n", downMs);
+    std::printf("batch_down_lftp_ms %.1f ms\n", lftpDownMs);
+    std::printf("batch_down_ratio %.2f ratio\n", downMs / lftpDownMs);
+    std::printf("batch_down_commands_per_file %.2f commands\n", downCommands);
+    std::printf("idle_rss_mb %.1f MB\n", idle);
+    std::printf("list_rss_mb %.1f MB\n", listRss);
+    std::printf("list_rss_above_idle_mb %.1f MB\n", listRss - idle);
+    return 0;
+}
