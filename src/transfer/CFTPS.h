@@ -16,6 +16,7 @@
 
 class DirListing;
 class DirTreeNodes;
+class IndexSearch;
 
 // The client through which every part of the program reaches a site: the
 // session with its logon, the mapping of page paths to server folders, and
@@ -124,6 +125,21 @@ public:
     long CheckForCacheServers(long lCurrentURL_p);
     long CheckCacheInOneFolder(const QString &strFolder_p, const QString &strCurrentBaseUrl);
 
+    // Activation: the proof that the HTTP address and the FTP account are
+    // one site, and the search for its index file (IndexSearch).
+    long SendTest(long lURLDATAIndex_p);
+    // 1 found; -1 not found; -2 a page of a broken search stands aside
+    // (RestoreIndex puts it back); -3 cancelled; 0 failure.
+    long GetIndexFile(QString &strIndex_p, QString &strRoot_p, QString &strRemoteFolder_p);
+    long RestoreIndex();
+    long GetSpecificIndexFile(const QString &strPath_p, QString &strIndex_p);
+    long CreateIndexFile(QString &strIndexFile_p, QString &strFTPRoot_p);
+    long CheckEnterPermissions(const QString &strPath_p);
+    long CheckFolderPermissions(const QString &strPath_p);
+    // The activation's Cancel: sets the cancel flag and ends the request
+    // under way; the search puts the page it is trying back before it ends.
+    void CancelActivation();
+
     // The text of a new page, as SendNewPage writes it.
     static QByteArray NewPageText(const QString &strDocTitle_p);
 
@@ -140,8 +156,10 @@ private:
     friend class DirListing;
     friend class FileBatch;
     friend class CacheServerCheck;
+    friend class IndexSearch;
 
     DirListing &Listing();
+    IndexSearch &Search();
 
     struct Failure
     {
@@ -190,6 +208,7 @@ private:
 
     std::shared_ptr<FtpSession> m_session;
     std::shared_ptr<DirListing> m_listing; // made at the first listing
+    std::shared_ptr<IndexSearch> m_search; // made at the first activation step
     std::unique_ptr<TransferStatusWindow> m_frmTransferStatus;
     Failure m_failure;
     long m_lRecord = -1;         // the record of the session; -1: lCurrentURL
