@@ -774,7 +774,8 @@ long FtpControl::ListDirectoryMachine()
 
 // The cheapest listing the server offers: STAT where it answers with one,
 // LIST otherwise (and for an empty folder, which STAT can't tell from a
-// server that answers STAT with its own status).
+// server that answers STAT with its own status). A server whose STAT gave
+// nothing where LIST finds entries is not asked STAT again.
 long FtpControl::ListEntries()
 {
     if (ListByStatus() == 1)
@@ -783,7 +784,13 @@ long FtpControl::ListEntries()
         return 0;
     m_errorNumber = 0;
     m_errorDescription.clear();
-    return ListDirectoryLong();
+    int listed = 0;
+    const QMetaObject::Connection counting = connect(this, &FtpControl::DirList, this, [&listed] { ++listed; });
+    const long result = ListDirectoryLong();
+    disconnect(counting);
+    if (listed > 0)
+        m_statusRefused = true;
+    return result;
 }
 
 long FtpControl::ListDirectory()

@@ -159,7 +159,7 @@ private:
     CURL *m_curl = nullptr;
     void *m_multi = nullptr; // holds the open connection between calls
     bool m_connected = false;
-    bool m_statusRefused = false; // the server refused STAT on this connection
+    bool m_statusRefused = false; // STAT gives no listing on this connection
     char m_type = 0; // the connection's transfer type, 'A' or 'I'; 0 unknown
     bool m_busy = false;
     std::atomic<bool> m_abort{false};

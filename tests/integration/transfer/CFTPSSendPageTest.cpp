@@ -138,7 +138,8 @@ TEST_F(CFTPSSendPage, ALostConnectionAtAnyCommandNeverLosesThePage)
 
 // A run that broke for good, the server gone between the two renames of a
 // server that won't rename onto a file: the page is missing, its old copy
-// stands beside it. The next replace in the folder settles what that run
+// stands beside it. The next replace in the folder looks at the folder (by
+// LIST where STAT is refused) and settles what that run
 // left before anything else: the old copy goes back, the rest goes. A fresh
 // leftover of another page may be a save running now and is left alone; a
 // stale one is settled too.
@@ -163,8 +164,11 @@ TEST_F(CFTPSSendPage, TheNextReplaceSettlesWhatABrokenRunLeft)
         ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
     }
 
-    servers().clearFtpLog();
+    // A server that won't list with STAT is looked at with LIST.
+    servers().setFtpFaults({{QStringLiteral("fail550"), QJsonArray{QStringLiteral("replace")}},
+                            {QStringLiteral("fail550_commands"), QJsonArray{QStringLiteral("STAT")}}});
     EXPECT_EQ(client.SendPage(newPage, kUrl), 1);
+    servers().clearFtpFaults();
     EXPECT_EQ(servers().readWebFile(kPage), newPage);
     EXPECT_EQ(servers().readWebFile(QStringLiteral("replace/stale.htm")), "stale");
     EXPECT_EQ(leftovers(), QStringList{QStringLiteral("other.htm.12345678.kelda-old")});
