@@ -49,17 +49,10 @@ constexpr long kLogonRefused = -530;
 constexpr long kPageMissing = -2;
 // The settings name of the "don't show again" box of the note about CMS data.
 const char *const kNoCMSFileName = "ShowNoCMSFile";
-// The short waits that let the page engine settle before the frames are read.
-constexpr int kSettleMs = 80;
 
 QString L(long id)
 {
     return MResources::LoadResourceString(id);
-}
-
-void Settle(int ms)
-{
-    PageScriptCall::pumpUntil([] { return false; }, ms);
 }
 
 // The server answered a read with 550: it has no such file (or folder). A
@@ -581,7 +574,9 @@ long EditSession::DocLoad(bool boolEdit)
     m_HTMLDocument = m_HTMLFrameDocument = m_IE->Document();
     CDocument::g_astrDocURLs.clear();
     m_Documents.assign(1, std::make_shared<CDocument>());
-    Settle(kSettleMs);
+    // The top document completes only once all of its frames have loaded,
+    // so its frames can be read as soon as it is complete: no wait beyond.
+    m_IE->waitUntilComplete();
     const int nFrames = m_HTMLDocument.frameCount();
     m_lDocIndex = 0;
     const auto top = m_Documents[0];
@@ -636,7 +631,7 @@ long EditSession::BindDocument(long index, bool boolEdit)
 long EditSession::SubDocLoad(const HtmlDocument &parent, int nFrames, bool boolEdit)
 {
     for (int i = 0; i < nFrames; ++i) {
-        Settle(kSettleMs);
+        m_IE->waitUntilComplete();
         if (parent.frameCount() < 1)
             break;
         const HtmlDocument frame = parent.frame(i);
