@@ -127,11 +127,10 @@ long SiteActivation::Steps(int &step)
     if (CheckFTP_Rights(folder) != 1)
         return Failed;
     step = 12;
-    if (site.usesubindex != QLatin1String("0")) {
-        const long found = SearchIndex(site);
-        if (found != Activated)
-            return found;
-    }
+    // The search has proved the pair by itself; a file the user named is
+    // proved by the test.
+    if (site.usesubindex != QLatin1String("0"))
+        return SearchIndex(site);
     step = 14;
     Progress(txtTesting);
     return m_CFTPS.SendTest(m_lIndex) == 1 ? Activated : Failed;

@@ -320,7 +320,11 @@ long IndexSearch::SendTestFailure(bool boolHttp_p)
 long IndexSearch::GetIndexFile(QString &strIndex_p, QString &strRoot_p, QString &strRemoteFolder_p)
 {
     int step = 1;
-    if (m_ftp.Logon() != 1)
+    // A session the activation has just opened on the record is used as it
+    // stands: the listing starts from the login folder all the same.
+    const bool onRecord = Ftp().Connected() && !m_ftp.m_boolInitSession
+                          && m_ftp.m_lRecord == MGlobalProjectObjects::lCurrentURL;
+    if (!onRecord && m_ftp.Logon() != 1)
         return IndexFileFailure(step, false);
     Ftp().RemoteFile.clear();
     m_strTag = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"))
