@@ -17,19 +17,6 @@ using namespace transfer_test;
 
 namespace {
 
-QString web(const QString &relative)
-{
-    return servers().webRoot() + QLatin1Char('/') + relative;
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
 class DirListingSite : public testing::Test
 {
 protected:
@@ -37,20 +24,20 @@ protected:
     {
         MError::ClearError();
         useSites({demoSite()});
-        QDir(web(QStringLiteral("listing"))).removeRecursively();
-        writeFile(web(QStringLiteral("listing/index.htm")), "index");
-        writeFile(web(QStringLiteral("listing/notes.txt")), "12345");
-        writeFile(web(QStringLiteral("listing/my page.HTM")), "x");
-        writeFile(web(QStringLiteral("listing/.htaccess")), "x");
-        writeFile(web(QStringLiteral("listing/sub/deeper/leaf.html")), "leaf");
-        QDir().mkpath(web(QStringLiteral("listing/empty")));
-        QFile::link(web(QStringLiteral("listing/sub")), web(QStringLiteral("listing/shortcut")));
+        QDir(webPath(QStringLiteral("listing"))).removeRecursively();
+        writeFileAt(webPath(QStringLiteral("listing/index.htm")), "index");
+        writeFileAt(webPath(QStringLiteral("listing/notes.txt")), "12345");
+        writeFileAt(webPath(QStringLiteral("listing/my page.HTM")), "x");
+        writeFileAt(webPath(QStringLiteral("listing/.htaccess")), "x");
+        writeFileAt(webPath(QStringLiteral("listing/sub/deeper/leaf.html")), "leaf");
+        QDir().mkpath(webPath(QStringLiteral("listing/empty")));
+        QFile::link(webPath(QStringLiteral("listing/sub")), webPath(QStringLiteral("listing/shortcut")));
         servers().clearFtpLog();
     }
     void TearDown() override
     {
         servers().clearFtpFaults();
-        QDir(web(QStringLiteral("listing"))).removeRecursively();
+        QDir(webPath(QStringLiteral("listing"))).removeRecursively();
         MError::ClearError();
     }
 
@@ -172,8 +159,8 @@ TEST_F(DirListingSite, NamesThatCouldLeadElsewhereAreRefusedAndLogged)
 {
     bool exists = false;
     ErrorLog::Take(exists);
-    writeFile(web(QStringLiteral("listing/..\\..\\evil.htm")), "x");
-    writeFile(web(QStringLiteral("listing/two\nlines.htm")), "x");
+    writeFileAt(webPath(QStringLiteral("listing/..\\..\\evil.htm")), "x");
+    writeFileAt(webPath(QStringLiteral("listing/two\nlines.htm")), "x");
     for (const bool dos : {false, true}) {
         if (dos)
             servers().setFtpFaults({{"list_style", "dos"}, {"no_mlsd", true}});

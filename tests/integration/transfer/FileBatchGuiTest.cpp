@@ -25,19 +25,6 @@ namespace {
 
 constexpr qint64 kBig = 6 * 1024 * 1024;
 
-QString web(const QString &relative)
-{
-    return servers().webRoot() + QLatin1Char('/') + relative;
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
 QByteArray readFile(const QString &path)
 {
     QFile file(path);
@@ -107,7 +94,7 @@ protected:
         MError::ClearError();
         useSites({demoSite()});
         for (const char *folder : {"batch", "del", "dl"})
-            QDir(web(QString::fromLatin1(folder))).removeRecursively();
+            QDir(webPath(QString::fromLatin1(folder))).removeRecursively();
         servers().clearFtpLog();
     }
     void TearDown() override
@@ -124,12 +111,12 @@ protected:
 TEST_F(FileBatchSite, UploadIntoFoldersThatPartlyExist)
 {
     const QString site = local.filePath(QStringLiteral("site"));
-    writeFile(site + QStringLiteral("/a.htm"), "a");
-    writeFile(site + QStringLiteral("/sub/b.htm"), "new b");
-    writeFile(site + QStringLiteral("/sub/inner/c.htm"), "c");
-    writeFile(site + QStringLiteral("/new/d.htm"), "d");
-    writeFile(web(QStringLiteral("batch/sub/b.htm")), "old b");
-    writeFile(web(QStringLiteral("batch/sub/other.htm")), "other");
+    writeFileAt(site + QStringLiteral("/a.htm"), "a");
+    writeFileAt(site + QStringLiteral("/sub/b.htm"), "new b");
+    writeFileAt(site + QStringLiteral("/sub/inner/c.htm"), "c");
+    writeFileAt(site + QStringLiteral("/new/d.htm"), "d");
+    writeFileAt(webPath(QStringLiteral("batch/sub/b.htm")), "old b");
+    writeFileAt(webPath(QStringLiteral("batch/sub/other.htm")), "other");
     const QList<FILEITEM> items = {
         item(site + QStringLiteral("/a.htm"), 1, 1),        item(site + QStringLiteral("/sub"), 0),
         item(site + QStringLiteral("/sub/b.htm"), 1, 5),    item(site + QStringLiteral("/sub/inner"), 0),
@@ -141,9 +128,9 @@ TEST_F(FileBatchSite, UploadIntoFoldersThatPartlyExist)
     ASSERT_EQ(client.CopyFilesAndFolders(QStringLiteral("batch"), items, status), 1)
         << MError::ErrorDescription().toStdString();
     EXPECT_EQ(status, 1);
-    EXPECT_EQ(filesBelow(web(QStringLiteral("batch"))),
+    EXPECT_EQ(filesBelow(webPath(QStringLiteral("batch"))),
               QStringList({"a.htm", "new/d.htm", "sub/b.htm", "sub/inner/c.htm", "sub/other.htm"}));
-    EXPECT_EQ(readFile(web(QStringLiteral("batch/sub/b.htm"))), "new b");
+    EXPECT_EQ(readFile(webPath(QStringLiteral("batch/sub/b.htm"))), "new b");
     EXPECT_EQ(servers().ftpLogins(), 1);
 
     long empty = 0;
@@ -155,7 +142,7 @@ TEST_F(FileBatchSite, UploadIntoFoldersThatPartlyExist)
 TEST_F(FileBatchSite, DeleteGoesOnPastWhatTheServerRefuses)
 {
     for (const char *name : {"del/x.htm", "del/keep.txt", "del/sub/y.htm", "del/sub/z.htm", "del/sub/deep/w.htm"})
-        writeFile(web(QString::fromLatin1(name)), "x");
+        writeFileAt(webPath(QString::fromLatin1(name)), "x");
     servers().setFtpFaults({{"readonly", QJsonArray({"www/del/sub/z.htm"})}});
     CFTPS client;
     QList<FILEITEM> items;
@@ -164,16 +151,16 @@ TEST_F(FileBatchSite, DeleteGoesOnPastWhatTheServerRefuses)
     EXPECT_EQ(client.DeleteFilesAndFolders(QStringLiteral("del/dummy.htm"), items, status), -1);
     EXPECT_EQ(status, -1);
     EXPECT_EQ(MError::ErrorNumber(), 0);
-    EXPECT_EQ(filesBelow(web(QStringLiteral("del"))), QStringList({"sub/z.htm"}));
-    EXPECT_FALSE(QFileInfo::exists(web(QStringLiteral("del/sub/deep"))));
+    EXPECT_EQ(filesBelow(webPath(QStringLiteral("del"))), QStringList({"sub/z.htm"}));
+    EXPECT_FALSE(QFileInfo::exists(webPath(QStringLiteral("del/sub/deep"))));
 }
 
 TEST_F(FileBatchSite, DownloadBesideLocalFilesAndNeverOutsideTheFolder)
 {
-    writeFile(web(QStringLiteral("dl/a.htm")), "server a");
-    writeFile(web(QStringLiteral("dl/sub/b.htm")), "server b");
+    writeFileAt(webPath(QStringLiteral("dl/a.htm")), "server a");
+    writeFileAt(webPath(QStringLiteral("dl/sub/b.htm")), "server b");
     const QString target = local.filePath(QStringLiteral("target"));
-    writeFile(target + QStringLiteral("/a.htm"), "mine");
+    writeFileAt(target + QStringLiteral("/a.htm"), "mine");
     CFTPS client;
     QList<FILEITEM> items;
     ASSERT_EQ(client.GetFiles_In_DirEx(QStringLiteral("dl/dummy.htm"), items), 1);
@@ -194,28 +181,28 @@ TEST_F(FileBatchSite, CancelInTheMiddleOfAnUploadLeavesNoPartOfAFile)
     QList<FILEITEM> items;
     for (int i = 1; i <= 4; ++i) {
         const QString path = site + QStringLiteral("/big%1.bin").arg(i);
-        writeFile(path, QByteArray(kBig, char('0' + i)));
+        writeFileAt(path, QByteArray(kBig, char('0' + i)));
         items << item(path, 1, kBig);
     }
-    QDir().mkpath(web(QStringLiteral("batch")));
+    QDir().mkpath(webPath(QStringLiteral("batch")));
     CancelAt cancel(QStringLiteral("STOR"), QStringLiteral("big2"));
     CFTPS client;
     long status = 0;
     EXPECT_EQ(client.CopyFilesAndFolders(QStringLiteral("batch"), items, status), -1);
     EXPECT_TRUE(cancel.pressed());
-    const QStringList landed = filesBelow(web(QStringLiteral("batch")));
+    const QStringList landed = filesBelow(webPath(QStringLiteral("batch")));
     EXPECT_TRUE(landed.contains(QStringLiteral("big1.bin")));
     EXPECT_FALSE(landed.contains(QStringLiteral("big4.bin")));
     for (const QString &name : landed) {
         EXPECT_TRUE(name.startsWith(QLatin1String("big")) && name.endsWith(QLatin1String(".bin"))) << name.toStdString();
-        EXPECT_EQ(QFileInfo(web(QStringLiteral("batch/") + name)).size(), kBig) << name.toStdString();
+        EXPECT_EQ(QFileInfo(webPath(QStringLiteral("batch/") + name)).size(), kBig) << name.toStdString();
     }
 }
 
 TEST_F(FileBatchSite, CancelInTheMiddleOfADownloadLeavesNoPartOfAFile)
 {
     for (int i = 1; i <= 4; ++i)
-        writeFile(web(QStringLiteral("dl/big%1.bin").arg(i)), QByteArray(kBig, char('0' + i)));
+        writeFileAt(webPath(QStringLiteral("dl/big%1.bin").arg(i)), QByteArray(kBig, char('0' + i)));
     CancelAt cancel(QStringLiteral("RETR"), QStringLiteral("big2"));
     CFTPS client;
     QList<FILEITEM> items;

@@ -8,7 +8,11 @@
 #include "config/MGlobalProjectObjects.h"
 #include "support/MError.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
 
 namespace transfer_test {
 
@@ -52,6 +56,21 @@ inline bool webFileExists(const QString &relativePath)
 inline void removeWebFile(const QString &relativePath)
 {
     QFile::remove(servers().webRoot() + QLatin1Char('/') + relativePath);
+}
+
+// The path of a file in the server's web root.
+inline QString webPath(const QString &relativePath)
+{
+    return servers().webRoot() + QLatin1Char('/') + relativePath;
+}
+
+// Writes a file, making its folders first.
+inline void writeFileAt(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
 }
 
 // A page of n bytes in lines that end in CRLF, different for each seed.
