@@ -8,6 +8,7 @@
 #include "support/MError.h"
 #include "transfer/CFTPS.h"
 #include "transfer/DIRDATA.h"
+#include "transfer/DirListing.h"
 
 #include <QDateTime>
 #include <QDeadlineTimer>
@@ -58,8 +59,9 @@ long CacheServerCheck::CheckForCacheServers(long lCurrentURL_p)
     const long first = CheckCacheInOneFolder(m_ftp.Ftp().RemotePath(), base);
     if (first != -1)
         return first;
+    // A link that leads back up makes levels without end; the depth ends them.
     DIRDATA level;
-    for (long n = 1;; ++n) {
+    for (long n = 1; n <= DirListing::kDeepestLevel; ++n) {
         if (m_ftp.GetDirLevel(level, n) != 1)
             return MError::ErrorNumber() != 0 ? 0 : -1;
         for (const DIRENTRY &entry : std::as_const(level.Entries)) {
@@ -72,6 +74,7 @@ long CacheServerCheck::CheckForCacheServers(long lCurrentURL_p)
                 return result;
         }
     }
+    return -1;
 }
 
 long CacheServerCheck::CheckCacheInOneFolder(const QString &strFolder_p, const QString &strCurrentBaseUrl)
