@@ -38,6 +38,23 @@ constexpr MenuRow kRows[] = {
     {"mnuObjCMS_DeleteLock", "mnuCMS_AdminObject", 20604, nullptr, false},
     {"mnuObjCMS_SetUser", "mnuCMS_AdminObject", 20600, nullptr, false},
 
+    // The site tree's file and folder menus.
+    {"mnuTVFile", "", 0, "", false},
+    {"mnuTVFileCreateFolder", "mnuTVFile", 19600, nullptr, false},
+    {"mnuTVFileEditFile", "mnuTVFile", 19601, nullptr, false},
+    {"mnuTVFileChangeName", "mnuTVFile", 19602, nullptr, false},
+    {"mnuTVFileDeletFile", "mnuTVFile", 19603, nullptr, false},
+    {"mnuTVFileCopyFile", "mnuTVFile", 19604, nullptr, false},
+    {"mnuTVFileCopyFileToDrive", "mnuTVFile", 19605, nullptr, false},
+    {"mnuTVFileCMS_AdminLockPage", "mnuTVFile", 20605, nullptr, false},
+    {"mnuTVFileCMS_AdminLockUpPage", "mnuTVFile", 20601, nullptr, false},
+    {"mnuTVFolder", "", 0, "", false},
+    {"mnuTVFolderCreateFolder", "mnuTVFolder", 19600, nullptr, false},
+    {"mnuTVFolderDelete", "mnuTVFolder", 19606, nullptr, false},
+    {"mnuTVFolderChangeName", "mnuTVFolder", 19602, nullptr, false},
+    {"mnuTVFolderSendTo", "mnuTVFolder", 19607, nullptr, false},
+    {"mnuTVFolderCopyFolderToDrive", "mnuTVFolder", 19608, nullptr, false},
+
     {"mnuHTMLText", "", 0, "", false},
     {"mnuUndo", "mnuHTMLText", 17202, nullptr, false},
     {"mnuCut", "mnuHTMLText", 19004, nullptr, false},

@@ -12,6 +12,7 @@
 #include "shell/EditKeyGuard.h"
 #include "shell/FrameList.h"
 #include "shell/RevisionPane.h"
+#include "fileviews/SitePane.h"
 #include "shell/EditSession.h"
 #include "shell/CVersionAnnouncement.h"
 #include "shell/VersionCheck.h"
@@ -430,6 +431,14 @@ void frmVindrell::hookUpPaneAndKeys()
         m_session->EditStop();
         RevisionsFollowPage();
     });
+    // The site pane, like the revision pane, may open at any time.
+    m_SitePane = new SitePane(centralWidget());
+    m_SitePane->hide();
+    m_SitePane->SiteTree().documentAddresses = [this] { return QStringList{m_IE->LocationURL()}; };
+    static_cast<QBoxLayout *>(centralWidget()->layout())->insertWidget(1, m_SitePane);
+    auto *pane4 = findChild<QPushButton *>(QStringLiteral("cmdPane4"));
+    pane4->setEnabled(true);
+    connect(pane4, &QPushButton::clicked, this, &frmVindrell::cmdPane4_Click);
     // The keys are guarded for as long as Edit is down.
     connect(cmdEdit, &QPushButton::toggled, m_KeyGuard, &EditKeyGuard::setEditing);
 }
@@ -442,6 +451,13 @@ void frmVindrell::cmdPane3_Click(bool open)
         return;
     }
     m_RevisionPane->Conclude(m_RevisionPane->Open(), QStringLiteral("frmVindrell.cmdPane3_Click"));
+}
+
+void frmVindrell::cmdPane4_Click(bool open)
+{
+    m_SitePane->setVisible(open);
+    if (open)
+        m_SitePane->Open();
 }
 
 // The open pane lists the page under edit: at Edit, and after a Save or a

@@ -15,6 +15,7 @@ class QHBoxLayout;
 class QPushButton;
 class QVBoxLayout;
 class RevisionPane;
+class SitePane;
 class EditSession;
 
 // The main window. At the left stands the band: Edit, Undo and Redo, the
@@ -111,6 +112,7 @@ public:
     // calls keyGuard()->setEditing() as Edit goes down and up, and a tree
     // registers itself with keyGuard()->registerTree().
     RevisionPane *revisionPane() const { return m_RevisionPane; }
+    SitePane *sitePane() const { return m_SitePane; }
     EditKeyGuard *keyGuard() const { return m_KeyGuard; }
     QList<SessionDocument> SessionDocuments() override;
 
@@ -137,6 +139,7 @@ private:
     void cmdGo_Click();
     void hookUpPaneAndKeys();
     void cmdPane3_Click(bool open);
+    void cmdPane4_Click(bool open);
 
     // Events of the browser.
     void m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool *cancel);
@@ -162,5 +165,6 @@ private:
     bool m_boolVersionPending = false;
     bool m_boolLoaded = false;
     RevisionPane *m_RevisionPane = nullptr;
+    SitePane *m_SitePane = nullptr;
     EditKeyGuard *m_KeyGuard = nullptr;
 };

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+// The local file and folder dialogs of the site tree's commands: the
+// system's dialogs in the program; in tests a script gives the paths in
+// order ("" for a Cancel), so that no test blocks on a window.
+class SiteFileDialogs
+{
+public:
+    static QString SaveFileName(QWidget *parent, const QString &title, const QString &proposedPath);
+    static QString OpenFileName(QWidget *parent, const QString &title, const QString &folder);
+    static QString FolderName(QWidget *parent, const QString &title, const QString &folder);
+
+    static void Script(const QStringList &paths);
+    static void EndScript();
+
+private:
+    static bool NextScripted(QString &path);
+};

@@ -1,0 +1,224 @@
+#include "fileviews/SiteTreeWidget.h"
+
+#include <QApplication>
+#include <QDrag>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QStyle>
+#include <QTimer>
+
+const QString SiteTreeWidget::WaitPrefix = QStringLiteral("##wait_");
+
+namespace {
+
+QIcon IconOf(int image)
+{
+    QStyle *style = QApplication::style();
+    if (image == 1 || image == 2)
+        return style->standardIcon(QStyle::SP_DirIcon);
+    if (image == 3)
+        return {};
+    return style->standardIcon(QStyle::SP_FileIcon);
+}
+
+} // namespace
+
+SiteTreeWidget::SiteTreeWidget(QWidget *parent) : QTreeWidget(parent)
+{
+    setHeaderHidden(true);
+    setColumnCount(1);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(true);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    connect(this, &QTreeWidget::itemExpanded, this, &SiteTreeWidget::OnExpanded);
+    connect(this, &QTreeWidget::itemCollapsed, this, &SiteTreeWidget::OnCollapsed);
+}
+
+long SiteTreeWidget::Add(const QString &parentKey, int, const QString &key, const QString &text, int image, int)
+{
+    if (m_index.contains(key))
+        return errKeyNotUnique;
+    QTreeWidgetItem *parent = nullptr;
+    if (!parentKey.isEmpty()) {
+        parent = m_index.value(parentKey);
+        if (!parent)
+            return errElementNotFound;
+    }
+    auto *item = new QTreeWidgetItem(QStringList(text));
+    item->setData(0, KeyRole, key);
+    item->setData(0, ImageRole, image);
+    item->setIcon(0, IconOf(image));
+    if (parent)
+        parent->addChild(item);
+    else
+        addTopLevelItem(item);
+    m_index.insert(key, item);
+    return 1;
+}
+
+long SiteTreeWidget::Remove(const QString &key)
+{
+    QTreeWidgetItem *item = m_index.value(key);
+    if (!item)
+        return errElementNotFound;
+    Unindex(item);
+    delete item;
+    return 1;
+}
+
+void SiteTreeWidget::Unindex(QTreeWidgetItem *item)
+{
+    m_index.remove(Key(item));
+    for (int i = 0; i < item->childCount(); ++i)
+        Unindex(item->child(i));
+}
+
+QString SiteTreeWidget::Key(const QTreeWidgetItem *item)
+{
+    return item ? item->data(0, KeyRole).toString() : QString();
+}
+
+int SiteTreeWidget::Image(const QTreeWidgetItem *item)
+{
+    return item ? item->data(0, ImageRole).toInt() : 0;
+}
+
+bool SiteTreeWidget::IsFolder(const QTreeWidgetItem *item)
+{
+    const int image = Image(item);
+    return image == 1 || image == 2;
+}
+
+QString SiteTreeWidget::SelectedKey() const
+{
+    return Key(currentItem());
+}
+
+void SiteTreeWidget::ClearNodes()
+{
+    m_index.clear();
+    clear();
+}
+
+void SiteTreeWidget::ResetFolder(const QString &key)
+{
+    QTreeWidgetItem *folder = m_index.value(key);
+    if (!folder)
+        return;
+    const QList<QTreeWidgetItem *> children = folder->takeChildren();
+    for (QTreeWidgetItem *child : children) {
+        Unindex(child);
+        delete child;
+    }
+    Add(key, tvwChild, WaitPrefix + key, QStringLiteral("Wait..."), 3, 3);
+}
+
+void SiteTreeWidget::Reread(const QString &key)
+{
+    QTreeWidgetItem *folder = m_index.value(key);
+    if (!folder)
+        return;
+    const QSignalBlocker quiet(this);
+    folder->setExpanded(false);
+    ResetFolder(key);
+    blockSignals(false);
+    folder->setExpanded(true);
+}
+
+// Only a folder whose first child is the "Wait..." placeholder is listed:
+// one that is open already keeps what it shows.
+void SiteTreeWidget::OnExpanded(QTreeWidgetItem *item)
+{
+    if (m_filling || !m_fill || item->childCount() == 0 || !Key(item->child(0)).startsWith(QLatin1String("##wait")))
+        return;
+    m_filling = true;
+    setUpdatesEnabled(false);
+    const long result = m_fill(Key(item));
+    setUpdatesEnabled(true);
+    m_filling = false;
+    if (result == -2 && m_index.contains(Key(item)))
+        item->setExpanded(false);
+}
+
+void SiteTreeWidget::OnCollapsed(QTreeWidgetItem *item)
+{
+    if (m_filling || Image(item) == 3)
+        return;
+    if (item->childCount() > 0 && Key(item->child(0)).startsWith(QLatin1String("##wait")))
+        return;
+    ResetFolder(Key(item));
+}
+
+void SiteTreeWidget::mousePressEvent(QMouseEvent *event)
+{
+    QTreeWidget::mousePressEvent(event);
+    emit MousePressed(event->button(), event->position().toPoint());
+}
+
+void SiteTreeWidget::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F5) {
+        emit RefreshPressed();
+        return;
+    }
+    QTreeWidget::keyPressEvent(event);
+}
+
+void SiteTreeWidget::startDrag(Qt::DropActions)
+{
+    QTreeWidgetItem *item = currentItem();
+    if (!item || !dragData)
+        return;
+    QMimeData *data = dragData(item);
+    if (!data)
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(data);
+    m_dragging = true;
+    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    m_dragging = false;
+    if (dragEnded)
+        dragEnded();
+}
+
+bool SiteTreeWidget::Accepts(const QMimeData *data, const QPoint &at)
+{
+    if (m_dragging || !acceptsDrop)
+        return false;
+    QTreeWidgetItem *item = itemAt(at);
+    if (item)
+        setCurrentItem(item);
+    return acceptsDrop(data, item);
+}
+
+void SiteTreeWidget::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!m_dragging && event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void SiteTreeWidget::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (Accepts(event->mimeData(), event->position().toPoint()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void SiteTreeWidget::dropEvent(QDropEvent *event)
+{
+    const QPoint at = event->position().toPoint();
+    if (!Accepts(event->mimeData(), at) || !dropped) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const QString target = Key(itemAt(at));
+    QTimer::singleShot(0, this, [this, urls, target] { dropped(urls, target); });
+}
