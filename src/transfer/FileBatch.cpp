@@ -85,6 +85,14 @@ long FileBatch::End(long result, long &lStatus_p)
     return result;
 }
 
+// The files of a folder follow one another: the session changes folder
+// only when the next item lies elsewhere, not even asking the control.
+bool FileBatch::GoTo(const QString &folder)
+{
+    const QString path = folder.isEmpty() ? QStringLiteral("/") : folder;
+    return m_ftp.Ftp().RemotePath() == path || m_ftp.Capture(m_ftp.Ftp().SetRemotePath(path));
+}
+
 bool FileBatch::CancelPressed() const
 {
     return (m_ftp.m_frmTransferStatus && m_ftp.m_frmTransferStatus->CancelPressed())
@@ -149,7 +157,7 @@ FileBatch::Step FileBatch::Upload(const QString &folder, const QString &relative
     const qsizetype slash = relative.lastIndexOf(QLatin1Char('/'));
     const QString into = slash < 0 ? folder : Join(folder, relative.left(slash));
     const QString name = relative.mid(slash + 1);
-    if (!m_ftp.Capture(m_ftp.Ftp().SetRemotePath(into)))
+    if (!GoTo(into))
         return Judge(position);
     m_ftp.m_strTransferName = name;
     m_ftp.m_dblTransferSize = double(item.lSize);
@@ -183,7 +191,7 @@ FileBatch::Step FileBatch::MakeFolder(const QString &folder, const QString &rela
 {
     const QString position = QStringLiteral("CFTPS.CopyFilesAndFolders ") + relative;
     m_ftp.Ftp().RemoteFile = relative;
-    if (m_ftp.Capture(m_ftp.Ftp().SetRemotePath(folder)) && m_ftp.Capture(m_ftp.Ftp().MakeDirectory(relative))) {
+    if (GoTo(folder) && m_ftp.Capture(m_ftp.Ftp().MakeDirectory(relative))) {
         m_names.insert(Join(folder, relative), {});
         return Step::Done;
     }
@@ -274,7 +282,7 @@ FileBatch::Step FileBatch::Download(const QString &remote, const QString &local,
         return Step::Skipped;
     }
     FtpControl &ftp = m_ftp.Ftp();
-    if (!m_ftp.Capture(ftp.SetRemotePath(remote.left(remote.lastIndexOf(QLatin1Char('/')) + 1))))
+    if (!GoTo(remote.left(remote.lastIndexOf(QLatin1Char('/')))))
         return Judge(position);
     QFile part(PartName(local));
     if (!QDir().mkpath(QFileInfo(local).path()) || !part.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {

@@ -45,6 +45,7 @@ private:
     Step Download(const QString &remote, const QString &local, const QString &name);
     Step Judge(const QString &position);
     bool CancelPressed() const;
+    bool GoTo(const QString &folder);
     bool IsNew(const QString &folder, const QString &name);
     static QString PartName(const QString &local);
 
