@@ -12,6 +12,7 @@ void LocalFileCount::CountFiles(const QStringList &astrPaths_p)
 {
     for (const QString &path : astrPaths_p) {
         const QFileInfo info(path);
+        m_tops.append(m_items.size());
         if (info.isDir()) {
             m_items.append({info.absoluteFilePath(), info.fileName(), 0, 0});
             ++m_lFolders;
@@ -54,16 +55,15 @@ QList<QList<FILEITEM>> LocalFileCount::Batches() const
 {
     QList<QList<FILEITEM>> batches;
     QString parent;
-    for (const FILEITEM &item : m_items) {
-        const bool top = !item.strPath.startsWith(parent) || parent.isEmpty();
-        if (top) {
-            const QString itemParent = QFileInfo(item.strPath).path() + QLatin1Char('/');
-            if (batches.isEmpty() || itemParent != parent) {
-                batches.append(QList<FILEITEM>());
-                parent = itemParent;
-            }
-        }
-        batches.last().append(item);
+    for (qsizetype t = 0; t < m_tops.size(); ++t) {
+        const qsizetype end = t + 1 < m_tops.size() ? m_tops.at(t + 1) : m_items.size();
+        if (m_tops.at(t) == end)
+            continue;
+        const QString itemParent = QFileInfo(m_items.at(m_tops.at(t)).strPath).path();
+        if (batches.isEmpty() || itemParent != parent)
+            batches.append(QList<FILEITEM>());
+        parent = itemParent;
+        batches.last().append(m_items.mid(m_tops.at(t), end - m_tops.at(t)));
     }
     return batches;
 }

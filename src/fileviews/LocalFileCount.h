@@ -30,4 +30,5 @@ private:
     long m_lFolders = 0;
     double m_dblBytes = 0;
     QList<FILEITEM> m_items;
+    QList<qsizetype> m_tops; // where each path given begins in m_items
 };
