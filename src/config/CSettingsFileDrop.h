@@ -32,6 +32,6 @@ public:
     // True for a name the window takes: a .pset file, in any letter case.
     static bool IsSettingsFile(const QString &strPath_p);
 
-private:
+    // Writes the global options a settings file carries (section Advanced).
     static long SaveAdvanced();
 };

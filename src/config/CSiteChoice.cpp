@@ -2,10 +2,10 @@
 
 #include "config/MGlobalProjectObjects.h"
 #include "config/frmChooseSiteToEdit.h"
+#include "config/frmSettingsEx.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
 
-#include <QDebug>
 
 QStringList CSiteChoice::ActiveSites()
 {
@@ -22,15 +22,14 @@ long CSiteChoice::OfferSites(QString &strNavigate_p)
     strNavigate_p.clear();
     const QStringList sites = ActiveSites();
     if (!sites.isEmpty()) {
-        frmChooseSiteToEdit::Choose(sites, strNavigate_p);
+        if (frmChooseSiteToEdit::Choose(sites, strNavigate_p) == frmChooseSiteToEdit::ToSettings)
+            frmSettingsEx::ShowOnNewSite(nullptr);
         return 1;
     }
     const long answer = UserQuestions::MsgBox(MResources::LoadResourceString(13006),
                                               UserQuestions::vbYesNo | UserQuestions::vbQuestion,
                                               MResources::LoadResourceString(13005));
-    // The settings dialog that activates a site is not part of this build
-    // yet; a Yes is only noted.
     if (answer == UserQuestions::vbYes)
-        qInfo() << "CSiteChoice.OfferSites: activation asked for, but the settings dialog does not exist yet";
+        frmSettingsEx::ShowOnNewSite(nullptr);
     return 1;
 }

@@ -8,6 +8,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace {
+constexpr long kSettingsCaption = 19904;
+}
+
 frmChooseSiteToEdit::frmChooseSiteToEdit(QWidget *parent)
     : QDialog(parent)
 {
@@ -17,6 +21,10 @@ frmChooseSiteToEdit::frmChooseSiteToEdit(QWidget *parent)
     m_lstSites = new QListWidget(this);
     column->addWidget(m_lstSites);
     auto *buttons = new QHBoxLayout;
+    // The way to the settings dialog, for a site that is not in the list.
+    auto *settings = new QPushButton(MResources::LoadResourceString(kSettingsCaption), this);
+    settings->setObjectName(QStringLiteral("cmdSettings"));
+    buttons->addWidget(settings);
     buttons->addStretch(1);
     auto *ok = new QPushButton(MResources::LoadResourceString(13011), this);
     auto *cancel = new QPushButton(MResources::LoadResourceString(13012), this);
@@ -27,6 +35,10 @@ frmChooseSiteToEdit::frmChooseSiteToEdit(QWidget *parent)
     connect(ok, &QPushButton::clicked, this, &frmChooseSiteToEdit::cmdOK_Click);
     connect(m_lstSites, &QListWidget::itemDoubleClicked, this, &frmChooseSiteToEdit::cmdOK_Click);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(settings, &QPushButton::clicked, this, [this] {
+        m_lChosen = ToSettings;
+        accept();
+    });
 }
 
 void frmChooseSiteToEdit::SetSites(const QStringList &astrSites_p)
@@ -52,6 +64,8 @@ long frmChooseSiteToEdit::Choose(const QStringList &astrSites_p, QString &strCho
         form.exec();
         return form.GetChosen();
     });
+    if (chosen == ToSettings)
+        return ToSettings;
     if (chosen < 0 || chosen >= astrSites_p.size())
         return -1;
     strChosen_p = astrSites_p.at(chosen);

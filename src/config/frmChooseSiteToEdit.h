@@ -12,6 +12,10 @@ class frmChooseSiteToEdit : public QDialog
     Q_OBJECT
 
 public:
+    // The result of Choose when the user asked for the settings dialog, to
+    // add the site he is on.
+    static constexpr long ToSettings = -2;
+
     explicit frmChooseSiteToEdit(QWidget *parent = nullptr);
 
     void SetSites(const QStringList &astrSites_p);
@@ -19,7 +23,8 @@ public:
     long GetChosen() const { return m_lChosen; }
 
     // Shows the dialog modally. Returns the index of the picked site in
-    // astrSites_p, or -1 when none was picked; strChosen_p gets its address.
+    // astrSites_p, -1 when none was picked, or ToSettings; strChosen_p gets
+    // the picked address.
     static long Choose(const QStringList &astrSites_p, QString &strChosen_p, QWidget *parent = nullptr);
 
 private:

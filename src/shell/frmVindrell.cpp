@@ -2,6 +2,7 @@
 
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFileDropTarget.h"
+#include "config/frmSettingsEx.h"
 #include "config/CSiteChoice.h"
 #include "config/frmMessageBoxYesNoOnce.h"
 #include "platform/CReg.h"
@@ -183,6 +184,14 @@ void frmVindrell::connectControls()
         cmdSave->setChecked(false);
         m_session->cmdSave_MouseUp();
     });
+    // The settings dialog edits the site records in place; the address row
+    // lists them anew when it closes.
+    connect(findChild<QPushButton *>(QStringLiteral("cmdSettings")), &QPushButton::clicked, this, [this] {
+        frmSettingsEx form(this);
+        form.init(this);
+        form.exec();
+        fillAddressList();
+    });
     connect(m_VersionCheck, &VersionCheck::Finished, this, &frmVindrell::OnVersionReply);
     connect(m_IE, &WebBrowser::BeforeNavigate2, this, &frmVindrell::m_IE_BeforeNavigate2);
     connect(m_IE, &WebBrowser::NewWindow2, this, &frmVindrell::m_IE_NewWindow2);
@@ -259,6 +268,7 @@ void frmVindrell::Form_Load()
     LoadResCaps();
     // The version is asked for once the window stands (showEvent).
     cmdEdit->setEnabled(true);
+    findChild<QPushButton *>(QStringLiteral("cmdSettings"))->setEnabled(true);
     LockAddressRow(false);
     m_IE->GoHome();
     m_boolLoaded = true;
