@@ -1,0 +1,267 @@
+// The site pane on the fixture's servers: the tree read a folder at a
+// time, the commands of its menus with the server's disk checked after
+// each, local files dropped on a folder, a folder fetched to disk, the new
+// page wizard and the text editor round trip.
+
+#include "SiteTreeDriver.h"
+#include "config/MGlobalProjectObjects.h"
+#include "fileviews/CSiteTreeView.h"
+#include "fileviews/SiteFileDialogs.h"
+#include "support/MError.h"
+#include "support/UserQuestions.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QMimeData>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace fileviews_test;
+
+namespace {
+
+QString web(const QString &relative)
+{
+    return servers().webRoot() + QLatin1Char('/') + relative;
+}
+
+void put(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+QStringList filesBelow(const QString &folder)
+{
+    QStringList out;
+    QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        out << QDir(folder).relativeFilePath(it.next());
+    out.sort();
+    return out;
+}
+
+QStringList texts()
+{
+    QStringList shown;
+    for (const UserQuestions::Shown &message : UserQuestions::ShownSoFar())
+        shown << message.text;
+    return shown;
+}
+
+class SiteTreeTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        MError::ClearError();
+        MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers())};
+        MGlobalProjectObjects::lCurrentURL = 0;
+        for (const char *folder : {"st", "st2", "up", "dropped"})
+            QDir(web(QString::fromLatin1(folder))).removeRecursively();
+        put(web(QStringLiteral("st/page.htm")), "<html><body>page</body></html>");
+        put(web(QStringLiteral("st/sub/deep.htm")), "deep");
+        pane.resize(420, 700);
+        pane.show();
+        pane.Open();
+        ASSERT_GT(pane.tvwSiteTree->Count(), 0) << MError::ErrorDescription().toStdString();
+    }
+    void TearDown() override
+    {
+        UserQuestions::EndScript();
+        SiteFileDialogs::EndScript();
+        servers().clearFtpFaults();
+        MError::ClearError();
+    }
+
+    SitePane pane;
+    TreeHands hands{pane.tvwSiteTree};
+};
+
+} // namespace
+
+TEST_F(SiteTreeTest, FoldersAreReadWhenOpenedAndAfreshAfterAClose)
+{
+    EXPECT_TRUE(hands.children(QString()).contains(QStringLiteral("index.htm")));
+    EXPECT_EQ(hands.children(QStringLiteral("img")), QStringList({"Wait..."}));
+    hands.key(QStringLiteral("img"), Qt::Key_Right);
+    EXPECT_EQ(hands.children(QStringLiteral("img")), QStringList({"flower.png", "leaf.png", "logo.png"}));
+    put(web(QStringLiteral("img/new.gif")), "GIF89a");
+    hands.key(QStringLiteral("img"), Qt::Key_Left);
+    hands.key(QStringLiteral("img"), Qt::Key_Right);
+    EXPECT_EQ(hands.children(QStringLiteral("img")), QStringList({"flower.png", "leaf.png", "logo.png", "new.gif"}));
+    QFile::remove(web(QStringLiteral("img/new.gif")));
+
+    // F5 reads the whole site again.
+    put(web(QStringLiteral("fresh.htm")), "x");
+    QTest::keyClick(pane.tvwSiteTree, Qt::Key_F5);
+    EXPECT_TRUE(hands.children(QString()).contains(QStringLiteral("fresh.htm")));
+    QFile::remove(web(QStringLiteral("fresh.htm")));
+}
+
+TEST_F(SiteTreeTest, RenameCopyNewFolderAndDeleteOfAFile)
+{
+    hands.key(QStringLiteral("st"), Qt::Key_Right);
+    UserQuestions::Script({});
+    onModal(QStringLiteral("frmCopyRename"), [](QWidget *dialog) {
+        type(dialog, "txtNewFileName", QStringLiteral("renamed"));
+        click(dialog, "cmdOk");
+    });
+    const QStringList hidden = hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileChangeName"));
+    EXPECT_TRUE(hidden.contains(QStringLiteral("mnuTVFileCMS_AdminLockPage")));
+    // A new name without an extension keeps the old one.
+    EXPECT_EQ(filesBelow(web(QStringLiteral("st"))), QStringList({"renamed.htm", "sub/deep.htm"}));
+    ASSERT_TRUE(hands.node(QStringLiteral("st/renamed.htm")));
+
+    onModal(QStringLiteral("frmCopyRename"), [](QWidget *dialog) { click(dialog, "cmdOk"); });
+    hands.pick(QStringLiteral("st/renamed.htm"), QStringLiteral("mnuTVFileCopyFile"));
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("st/copy_renamed.htm")), servers().readWebFile(QStringLiteral("st/renamed.htm")));
+
+    onModal(QStringLiteral("frmCopyRename"), [](QWidget *dialog) {
+        type(dialog, "txtNewFileName", QStringLiteral("made"));
+        click(dialog, "cmdOk");
+    });
+    hands.pick(QStringLiteral("st/renamed.htm"), QStringLiteral("mnuTVFileCreateFolder"));
+    EXPECT_TRUE(QFileInfo(web(QStringLiteral("st/made"))).isDir());
+    EXPECT_TRUE(hands.node(QStringLiteral("st/made")));
+
+    UserQuestions::Script({UserQuestions::vbYes});
+    hands.pick(QStringLiteral("st/copy_renamed.htm"), QStringLiteral("mnuTVFileDeletFile"));
+    EXPECT_FALSE(QFileInfo::exists(web(QStringLiteral("st/copy_renamed.htm"))));
+    EXPECT_FALSE(hands.node(QStringLiteral("st/copy_renamed.htm")));
+    EXPECT_EQ(UserQuestions::Unanswered(), 0);
+}
+
+TEST_F(SiteTreeTest, TheIndexFileIsNotRenamedAndANameTakenIsAskedAbout)
+{
+    UserQuestions::Script({});
+    hands.pick(QStringLiteral("index.htm"), QStringLiteral("mnuTVFileChangeName"));
+    EXPECT_EQ(texts(), QStringList({"You cannot rename the index-file."}));
+
+    hands.key(QStringLiteral("st"), Qt::Key_Right);
+    put(web(QStringLiteral("st/taken.htm")), "taken");
+    UserQuestions::Script({UserQuestions::vbNo});
+    bool stayed = false;
+    onModal(QStringLiteral("frmCopyRename"), [&stayed](QWidget *dialog) {
+        type(dialog, "txtNewFileName", QStringLiteral("taken.htm"));
+        click(dialog, "cmdOk");
+        stayed = dialog->isVisible();
+        click(dialog, "cmdCancel");
+    });
+    hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileCopyFile"));
+    EXPECT_TRUE(stayed);
+    EXPECT_EQ(texts(), QStringList({"The file already exists. Continue?"}));
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("st/taken.htm")), "taken");
+}
+
+TEST_F(SiteTreeTest, AFolderDeleteThatTheServerPartlyRefusesReportsWhatStayed)
+{
+    put(web(QStringLiteral("st2/a.htm")), "a");
+    put(web(QStringLiteral("st2/sub/b.htm")), "b");
+    put(web(QStringLiteral("st2/sub/locked.htm")), "locked");
+    hands.key(QString(), Qt::Key_F5);
+    servers().setFtpFaults({{"readonly", QJsonArray({"www/st2/sub/locked.htm"})}});
+    UserQuestions::Script({UserQuestions::vbYes});
+    hands.pick(QStringLiteral("st2"), QStringLiteral("mnuTVFolderDelete"));
+    const QStringList shown = texts();
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_TRUE(shown.at(0).startsWith(QStringLiteral("You have highlighted:\n2 folders and sub folders containing 3 files.")))
+        << shown.at(0).toStdString();
+    EXPECT_TRUE(shown.at(1).startsWith(QStringLiteral("Not all the files were deleted.")));
+    EXPECT_EQ(filesBelow(web(QStringLiteral("st2"))), QStringList({"sub/locked.htm"}));
+
+    servers().clearFtpFaults();
+    UserQuestions::Script({UserQuestions::vbYes});
+    hands.pick(QStringLiteral("st2"), QStringLiteral("mnuTVFolderDelete"));
+    EXPECT_FALSE(QFileInfo::exists(web(QStringLiteral("st2"))));
+    EXPECT_FALSE(hands.node(QStringLiteral("st2")));
+}
+
+// The drop comes as the window system brings it from a file manager.
+TEST_F(SiteTreeTest, ALocalFolderDroppedOnAFolderGoesUpAndAFolderComesDown)
+{
+    QTemporaryDir local;
+    put(local.filePath(QStringLiteral("dropped/one.htm")), "one");
+    put(local.filePath(QStringLiteral("dropped/inner/two.txt")), "two");
+    UserQuestions::Script({UserQuestions::vbYes});
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(local.filePath(QStringLiteral("dropped")))});
+    const QPoint at = hands.at(QStringLiteral("st"));
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(pane.tvwSiteTree->viewport(), &enter);
+    QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(pane.tvwSiteTree->viewport(), &move);
+    ASSERT_TRUE(move.isAccepted());
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(pane.tvwSiteTree->viewport(), &drop);
+    ASSERT_TRUE(waitFor([] { return QFileInfo::exists(web(QStringLiteral("st/dropped/inner/two.txt"))); }));
+    EXPECT_TRUE(texts().value(0).startsWith(QStringLiteral("Do you want to transfer this: 2 files and 2 folders?")));
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("st/dropped/one.htm")), "one");
+    ASSERT_TRUE(waitFor([this] { return hands.node(QStringLiteral("st/dropped")) != nullptr; }));
+
+    QTemporaryDir target;
+    UserQuestions::Script({UserQuestions::vbYes});
+    SiteFileDialogs::Script({target.path()});
+    hands.pick(QStringLiteral("st"), QStringLiteral("mnuTVFolderCopyFolderToDrive"));
+    EXPECT_EQ(filesBelow(target.path()),
+              QStringList({"st/dropped/inner/two.txt", "st/dropped/one.htm", "st/page.htm", "st/sub/deep.htm"}));
+    EXPECT_EQ(UserQuestions::ShownSoFar().size(), 1);
+}
+
+TEST_F(SiteTreeTest, TheWizardMakesANewPageInTheSelectedFolder)
+{
+    hands.key(QStringLiteral("st"), Qt::Key_Right);
+    QTest::mouseClick(pane.tvwSiteTree->viewport(), Qt::LeftButton, {}, hands.at(QStringLiteral("st")));
+    onModal(QStringLiteral("frmAddPageWizard"), [](QWidget *dialog) {
+        click(dialog, "cmdNext");
+        type(dialog, "txtDocTitle", QStringLiteral("Fresh news"));
+        click(dialog, "cmdNext");
+        type(dialog, "txtFileName", QStringLiteral("news"));
+        click(dialog, "cmdNext");
+        click(dialog, "cmdOk");
+    });
+    QTest::mouseClick(pane.findChild<QPushButton *>(QStringLiteral("cmdAddNewPage")), Qt::LeftButton);
+    EXPECT_TRUE(servers().readWebFile(QStringLiteral("st/news.htm")).contains("Fresh news"));
+    EXPECT_TRUE(hands.node(QStringLiteral("st/news.htm")));
+}
+
+// What a drag out of the tree carries into a page and to a file manager.
+TEST_F(SiteTreeTest, ALinkAndAPictureDraggedOutCarryTheirHtml)
+{
+    hands.key(QStringLiteral("img"), Qt::Key_Right);
+    std::unique_ptr<QMimeData> page(pane.SiteTree().DragData(hands.node(QStringLiteral("index.htm"))));
+    const QString id = CSiteTreeView::g_strDragId;
+    EXPECT_EQ(page->text(), QStringLiteral("<A href=%1/index.htm>index.htm</A>").arg(root()));
+    EXPECT_EQ(page->html(), QStringLiteral("<HTML><BODY><FONT FACE=Arial SIZE=1 COLOR=BLUE><A id=\"%1\" href=\"%2/index.htm\">"
+                                           "index.htm</A></FONT></BODY></HTML>").arg(id, root()));
+    std::unique_ptr<QMimeData> picture(pane.SiteTree().DragData(hands.node(QStringLiteral("img/logo.png"))));
+    EXPECT_TRUE(picture->html().contains(QStringLiteral("<IMG id=\"%1\" src=\"%2/img/logo.png\">").arg(CSiteTreeView::g_strDragId, root())));
+    EXPECT_EQ(picture->urls(), QList<QUrl>({QUrl(root() + QStringLiteral("/img/logo.png"))}));
+    std::unique_ptr<QMimeData> folder(pane.SiteTree().DragData(hands.node(QStringLiteral("img"))));
+    EXPECT_FALSE(folder->hasHtml());
+    CSiteTreeView::g_boolSiteTreeDrag = false;
+}
+
+// The fake editor adds a line and saves; the file goes back once, and a
+// save that leaves the bytes as they were sends nothing.
+TEST_F(SiteTreeTest, AFileSavedChangedInTheEditorGoesBack)
+{
+    QTemporaryDir tools;
+    const QString editor = tools.filePath(QStringLiteral("editor"));
+    put(editor, "#!/bin/sh\ncp \"$1\" \"$1.same\" && mv \"$1.same\" \"$1\"\nprintf ' edited' >> \"$1\"\n");
+    QFile::setPermissions(editor, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("VISUAL", editor.toLocal8Bit());
+    hands.key(QStringLiteral("st"), Qt::Key_Right);
+    servers().clearFtpLog();
+    hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileEditFile"));
+    qunsetenv("VISUAL");
+    ASSERT_TRUE(waitFor([] { return servers().readWebFile(QStringLiteral("st/page.htm")).endsWith(" edited"); }))
+        << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("st/page.htm")), "<html><body>page</body></html> edited");
+    EXPECT_EQ(servers().ftpCommands(QStringLiteral("RNTO")), 1);
+}
