@@ -1,9 +1,11 @@
 #include "history/frmBrowser.h"
 
 #include "history/CRollback.h"
+#include "platform/EngineProfile.h"
 
 #include <QApplication>
 #include <QVBoxLayout>
+#include <QWebEnginePage>
 #include <QWebEngineView>
 
 frmBrowser::frmBrowser(QWidget *parent)
@@ -11,6 +13,8 @@ frmBrowser::frmBrowser(QWidget *parent)
     , m_browser(new QWebEngineView(this))
 {
     setObjectName(QStringLiteral("frmBrowser"));
+    // A revision comes from the site, with the site's cookies of the browser.
+    m_browser->setPage(new QWebEnginePage(EngineProfile::Shared(), m_browser));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_browser);

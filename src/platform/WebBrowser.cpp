@@ -1,6 +1,7 @@
 #include "platform/WebBrowser.h"
 
 #include "platform/BrowserPage.h"
+#include "platform/EngineProfile.h"
 #include "platform/CReg.h"
 #include "platform/FreshLoadInterceptor.h"
 #include "platform/HtmlDocument.h"
@@ -33,7 +34,7 @@ QString readResource(const QString &path)
 WebBrowser::WebBrowser(QWidget *parent)
     : QWebEngineView(parent)
 {
-    m_page = new BrowserPage(this);
+    m_page = new BrowserPage(EngineProfile::Shared(), this);
     setPage(m_page);
     // The editor shows its own menus; the engine's never appears.
     setContextMenuPolicy(Qt::PreventContextMenu);

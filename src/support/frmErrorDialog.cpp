@@ -21,6 +21,8 @@
 #include <QStyle>
 #include <QSysInfo>
 #include <QUrl>
+#include "platform/EngineProfile.h"
+
 #include <QWebEngineProfile>
 
 namespace {
@@ -228,7 +230,7 @@ void frmErrorDialog::cmdOKButton_Click()
 // the same as the page's navigator would.
 QString frmErrorDialog::BrowserDescription()
 {
-    const QString agent = QWebEngineProfile::defaultProfile()->httpUserAgent();
+    const QString agent = EngineProfile::Shared()->httpUserAgent();
     const QString crlf = QStringLiteral("\r\n");
     const qsizetype slash = agent.indexOf(QLatin1Char('/'));
     return QStringLiteral("Browser CodeName: ") + agent.left(slash) + crlf

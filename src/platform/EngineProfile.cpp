@@ -1,0 +1,36 @@
+#include "EngineProfile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QWebEngineProfile>
+
+namespace {
+QString xdgFolder(const char *variable, const QString &fallback)
+{
+    const QString set = qEnvironmentVariable(variable);
+    return set.isEmpty() ? QDir::homePath() + fallback : set;
+}
+
+QString made(const QString &path)
+{
+    QDir().mkpath(path);
+    return path;
+}
+} // namespace
+
+QString EngineProfile::StoragePath()
+{
+    return xdgFolder("XDG_DATA_HOME", QStringLiteral("/.local/share")) + QStringLiteral("/keldacms/engine");
+}
+
+QWebEngineProfile *EngineProfile::Shared()
+{
+    static QWebEngineProfile *profile = nullptr;
+    if (!profile) {
+        profile = new QWebEngineProfile(QStringLiteral("keldacms"), QCoreApplication::instance());
+        profile->setPersistentStoragePath(made(StoragePath()));
+        profile->setCachePath(made(xdgFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QStringLiteral("/keldacms/engine")));
+        profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
+    }
+    return profile;
+}
