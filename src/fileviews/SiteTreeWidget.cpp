@@ -50,7 +50,9 @@ long SiteTreeWidget::Add(const QString &parentKey, int, const QString &key, cons
     item->setData(0, KeyRole, key);
     item->setData(0, ImageRole, image);
     item->setIcon(0, IconOf(image));
-    if (parent)
+    if (parent && parent == m_fillTarget)
+        m_pending.append(item);
+    else if (parent)
         parent->addChild(item);
     else
         addTopLevelItem(item);
@@ -134,9 +136,18 @@ void SiteTreeWidget::OnExpanded(QTreeWidgetItem *item)
     if (m_filling || !m_fill || item->childCount() == 0 || !Key(item->child(0)).startsWith(QLatin1String("##wait")))
         return;
     m_filling = true;
-    setUpdatesEnabled(false);
+    m_fillTarget = item;
     const long result = m_fill(Key(item));
-    setUpdatesEnabled(true);
+    m_fillTarget = nullptr;
+    if (m_index.value(Key(item)) == item) {
+        item->addChildren(m_pending);
+    } else {
+        for (QTreeWidgetItem *orphan : std::as_const(m_pending)) {
+            Unindex(orphan);
+            delete orphan;
+        }
+    }
+    m_pending.clear();
     m_filling = false;
     if (result == -2 && m_index.contains(Key(item)))
         item->setExpanded(false);

@@ -84,6 +84,10 @@ private:
 
     QHash<QString, QTreeWidgetItem *> m_index;
     Filler m_fill;
+    // The folder being listed and its new children, put in at once when
+    // the listing ends: one by one, each would lay out the view anew.
+    QTreeWidgetItem *m_fillTarget = nullptr;
+    QList<QTreeWidgetItem *> m_pending;
     bool m_dragging = false;
     bool m_filling = false;
 };
