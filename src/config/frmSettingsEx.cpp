@@ -6,8 +6,8 @@
 #include "config/CSettingsFileDrop.h"
 #include "config/frmActivateHow.h"
 #include "config/frmSettingsHelp.h"
+#include "fileviews/SiteFileDialogs.h"
 #include "platform/CReg.h"
-#include "support/FileQuestions.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
@@ -50,7 +50,7 @@ enum Text : long {
     txtActive = 14865, txtPassive = 14866, txtApply = 14867, txtSecurity = 14868, txtPlain = 14869,
     txtExplicit = 14870, txtImplicit = 14871, txtWwwAlias = 14872, txtForget = 14873, txtBadPassword = 14874,
     txtImport = 14875, txtExport = 14876, txtProxyLater = 14877, txtRestart = 14878, txtBack = 14879,
-    txtSiteTree = 14880, txtUsername = 20400, txtPassword = 20435, txtSaveFolder = 13007, txtPsetFilter = 13008
+    txtSiteTree = 14880, txtUsername = 20400, txtPassword = 20435, txtSaveFolder = 13007
 };
 
 QString L(long id)
@@ -73,12 +73,7 @@ QTreeWidgetItem *Node(QTreeWidgetItem *parent, const QString &key, const QString
     return node;
 }
 
-// The dialog filter of the string table ("Name (*.pset)|*.pset") as Qt
-// writes it.
-QString QtFilter(const QString &filter)
-{
-    return filter.section(QLatin1Char('|'), 0, 0);
-}
+const QString kPset = QStringLiteral(".pset");
 
 QString Bool(bool value)
 {
@@ -866,10 +861,11 @@ void frmSettingsEx::cmdSaveSiteToFile_Click()
     const SiteRecord &site = Site();
     const QString folder = CReg::GetSetting(QStringLiteral("lastdialogs"), QStringLiteral("savepath"), QDir::homePath());
     const QString proposed = site.baseaddress.mid(7).replace(QLatin1Char('/'), QLatin1Char('_'));
-    const QString path = FileQuestions::SaveFileName(this, L(txtSaveFolder), QDir(folder).filePath(proposed),
-                                                     QtFilter(L(txtPsetFilter)));
+    QString path = SiteFileDialogs::SaveFileName(this, L(txtSaveFolder), QDir(folder).filePath(proposed + kPset));
     if (path.isEmpty())
         return;
+    if (!path.endsWith(kPset, Qt::CaseInsensitive))
+        path += kPset;
     CReg::SaveSetting(QStringLiteral("lastdialogs"), QStringLiteral("savepath"), QFileInfo(path).absolutePath());
     const QStringList texts = CSettingsFile::FromSite(site, txtCMSUserName->text(), txtCMSUserPassword->text());
     if (CSettingsFile::WriteFile(path, texts) != 1)
@@ -881,7 +877,7 @@ void frmSettingsEx::cmdSaveSiteToFile_Click()
 void frmSettingsEx::cmdLoadSiteFromFile_Click()
 {
     const QString folder = CReg::GetSetting(QStringLiteral("lastdialogs"), QStringLiteral("savepath"), QDir::homePath());
-    const QString path = FileQuestions::OpenFileName(this, L(txtImport), folder, QtFilter(L(txtPsetFilter)));
+    const QString path = SiteFileDialogs::OpenFileName(this, L(txtImport), folder);
     QStringList texts;
     if (path.isEmpty())
         return;

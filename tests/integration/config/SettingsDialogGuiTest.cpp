@@ -10,7 +10,7 @@
 #include "config/CSiteChoice.h"
 #include "config/frmSettingsEx.h"
 #include "platform/CReg.h"
-#include "support/FileQuestions.h"
+#include "fileviews/SiteFileDialogs.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
@@ -107,7 +107,7 @@ protected:
     void TearDown() override
     {
         UserQuestions::EndScript();
-        FileQuestions::EndScript();
+        SiteFileDialogs::EndScript();
     }
 
     // Adds a site in the dialog with the given account and activates it
@@ -186,6 +186,27 @@ TEST_F(SettingsDialogGui, AGivenIndexFileIsTestedAndAWrongOneRefusedWithItsMessa
     ASSERT_EQ(errors().size(), 1);
     EXPECT_TRUE(errors().front().contains(MResources::LoadResourceString(15602))) << errors().front().toStdString();
     EXPECT_EQ(status(&form), MResources::LoadResourceString(14843));
+}
+
+// Manual activation takes the user's word for it, whatever the address.
+TEST_F(SettingsDialogGui, ManualActivationSetsTheSiteActiveWithoutATest)
+{
+    frmSettingsEx form;
+    form.show();
+    pickSites(&form);
+    click(&form, "cmdAddUrl");
+    type(&form, "txtBASEADDRESS", QStringLiteral("http://no-such-host.invalid"));
+    type(&form, "txtBASEURL", QStringLiteral("no-such-host.invalid"));
+    type(&form, "txtUserID", QStringLiteral("anna"));
+    type(&form, "txtPassWord", QStringLiteral("secret"));
+    ModalDriver how(QStringLiteral("frmActivateHow"), [](QWidget *dialog) {
+        click(dialog, "cmdForceActivate");
+        EXPECT_EQ(child<QLabel>(dialog, "lblManualActivateInfo")->text(), MResources::LoadResourceString(14627));
+        click(dialog, "cmdOk");
+    });
+    click(&form, "cmdActivate");
+    EXPECT_EQ(status(&form), MResources::LoadResourceString(14846));
+    EXPECT_EQ(G::URLDATA.back().isactive, QStringLiteral("1"));
 }
 
 // The boxes refuse a blank and a password the store can't keep; an edit of
@@ -295,14 +316,14 @@ TEST_F(SettingsDialogGui, ASettingsFileWrittenAndReadElsewhereGivesTheSameRecord
         form.show();
         auto *tree = child<QTreeWidget>(&form, "TreeView1");
         tree->setCurrentItem(tree->topLevelItem(0)->child(0));
-        FileQuestions::Script({path});
+        SiteFileDialogs::Script({path});
         click(&form, "cmdSaveSiteToFile");
         click(&form, "cmdCancel");
     }
     emptyStore();
     frmSettingsEx form;
     form.show();
-    FileQuestions::Script({path});
+    SiteFileDialogs::Script({path});
     click(&form, "cmdLoadSiteFromFile");
     click(&form, "cmdOk");
     G::URLDATA.clear();

@@ -13,6 +13,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QMap>
 #include <QTcpServer>
@@ -179,6 +180,18 @@ TEST_F(SiteActivationTest, WrongPairsSayWhyAndStayInactive)
     EXPECT_EQ(activate(other), 0);
     EXPECT_EQ(MError::ErrorDescription(), MResources::LoadResourceString(14605) + servers().otherBase()
                                               + MResources::LoadResourceString(14626));
+    EXPECT_EQ(record().isactive, QStringLiteral("0"));
+}
+
+// A web root the account may not write: its pages are never touched, and
+// the search ends with nothing found.
+TEST_F(SiteActivationTest, ReadOnlyWebRootIsSkippedAndNothingIsFound)
+{
+    servers().setFtpFaults(QJsonObject{{QStringLiteral("readonly"), QJsonArray{QStringLiteral("www")}}});
+    EXPECT_EQ(activate(newSite(TestServers::User, TestServers::Password)), SiteActivation::NotFound)
+        << MError::ErrorDescription().toStdString();
+    ASSERT_EQ(UserQuestions::ShownSoFar().size(), 1);
+    EXPECT_EQ(UserQuestions::ShownSoFar().front().text, MResources::LoadResourceString(14609));
     EXPECT_EQ(record().isactive, QStringLiteral("0"));
 }
 

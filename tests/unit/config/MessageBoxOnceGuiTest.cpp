@@ -1,3 +1,4 @@
+#include "ModalDriver.h"
 #include "config/CSiteChoice.h"
 #include "config/MGlobalProjectObjects.h"
 #include "config/frmChooseSiteToEdit.h"
@@ -105,11 +106,18 @@ TEST_F(DialogsGuiTest, ChoiceOffersActiveSitesLastFirstOrAsksToActivate)
     EXPECT_EQ(CSiteChoice::OfferSites(go), 1);
     EXPECT_TRUE(go.isEmpty());
 
+    // A Yes opens the settings dialog on a new site; the user cancels it
+    // and keeps nothing of it.
     G::URLDATA = {b};
-    UserQuestions::Script({UserQuestions::vbYes});
+    UserQuestions::Script({UserQuestions::vbYes, UserQuestions::vbNo});
+    ModalDriver settings(QStringLiteral("frmSettingsEx"), [](QWidget *form) {
+        form->findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
+    });
     EXPECT_EQ(CSiteChoice::OfferSites(go), 1);
+    EXPECT_EQ(settings.seen, 1);
     EXPECT_TRUE(go.isEmpty());
-    ASSERT_EQ(UserQuestions::ShownSoFar().size(), 1);
+    EXPECT_EQ(G::URLDATA.size(), 1u);
+    ASSERT_EQ(UserQuestions::ShownSoFar().size(), 2);
     EXPECT_EQ(UserQuestions::ShownSoFar()[0].text,
               QStringLiteral("You have not activated any websites for editing with Vindrell. "
                              "Would you like to activate a website now?"));
