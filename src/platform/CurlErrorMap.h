@@ -24,6 +24,10 @@ constexpr long LocalFile = 20145;      // the local file could not be opened
 constexpr long CertificateUntrusted = 20160;
 constexpr long CertificateChanged = 20161;
 constexpr long TlsRefused = 20162;
+// SFTP: the server's host key is in no file of trusted keys, or differs
+// from the key trusted for the server.
+constexpr long HostKeyUnknown = 20163;
+constexpr long HostKeyChanged = 20164;
 } // namespace ControlError
 
 // Maps the network-level failures of libcurl, which both controls share.

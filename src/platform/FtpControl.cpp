@@ -3,10 +3,13 @@
 #include "CurlErrorMap.h"
 #include "FtpListParser.h"
 #include "MlsdParser.h"
+#include "SftpCommands.h"
+#include "SshHostKeys.h"
 #include "TraceScrubber.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
 #include <QPointer>
 #include <QRegularExpression>
@@ -51,6 +54,16 @@ struct FtpControl::Call
     curl_slist *quote = nullptr;  // raw commands sent before the call's own
     bool statusListing = false;   // the entries of a STAT reply are wanted
     QList<FtpListEntry> statusEntries;
+    // SFTP: what the call does, shown in the trail as the line sent, and
+    // the reply shown when it worked (SFTP has no reply lines of its own).
+    QString sftpAction;
+    QString sftpSuccess;
+    QString trustedKey;           // the fingerprint trusted in this program
+    enum { KeyFine, KeyUnknown, KeyChanged } hostKey = KeyFine;
+    QString keyType;
+    QString keyFingerprint;
+    QRegularExpression mask;      // the names a listing keeps; SFTP lists all
+    bool folderLookup = false;    // a folder is looked up: its time says it is there
 
     ~Call() { curl_slist_free_all(quote); }
 };
@@ -167,6 +180,12 @@ struct FtpCallbacks
             entry.entry = text;
             entry.fileName = text;
         }
+        // An SFTP folder lists itself and its parent, and has no server-side
+        // mask: both are left out here, as an FTP server leaves them out.
+        if (call.self->Sftp
+            && (entry.fileName == QLatin1String(".") || entry.fileName == QLatin1String("..")
+                || (call.mask.isValid() && !call.mask.pattern().isEmpty() && !call.mask.match(entry.fileName).hasMatch())))
+            return;
         entries.append(entry);
     }
 
@@ -300,6 +319,39 @@ struct FtpCallbacks
             call.statusEntries.append(entry);
     }
 
+    static QString keyTypeName(int type)
+    {
+        switch (type) {
+        case CURLKHTYPE_RSA1: return QStringLiteral("rsa1");
+        case CURLKHTYPE_RSA: return QStringLiteral("ssh-rsa");
+        case CURLKHTYPE_DSS: return QStringLiteral("ssh-dss");
+        case CURLKHTYPE_ECDSA: return QStringLiteral("ecdsa-sha2");
+        case CURLKHTYPE_ED25519: return QStringLiteral("ssh-ed25519");
+        default: return QStringLiteral("unknown");
+        }
+    }
+
+    // The server's host key, with what the user's known_hosts says of it.
+    // A key that file does not know is taken only when it is the one the
+    // user trusted in this program; the logon fails before any password.
+    static int hostKey(CURL *, const curl_khkey *, const curl_khkey *found, curl_khmatch match, void *user)
+    {
+        auto &call = *static_cast<FtpControl::Call *>(user);
+        const QByteArray raw = found->len ? QByteArray(found->key, qsizetype(found->len))
+                                          : QByteArray::fromBase64(QByteArray(found->key));
+        call.keyType = keyTypeName(found->keytype);
+        call.keyFingerprint = QStringLiteral("SHA256:")
+                              + QString::fromLatin1(QCryptographicHash::hash(raw, QCryptographicHash::Sha256)
+                                                        .toBase64(QByteArray::OmitTrailingEquals));
+        if (match == CURLKHMATCH_OK)
+            return CURLKHSTAT_FINE;
+        if (match == CURLKHMATCH_MISSING && call.trustedKey == call.keyFingerprint)
+            return CURLKHSTAT_FINE;
+        const bool known = match == CURLKHMATCH_MISMATCH || !call.trustedKey.isEmpty();
+        call.hostKey = known ? FtpControl::Call::KeyChanged : FtpControl::Call::KeyUnknown;
+        return CURLKHSTAT_REJECT;
+    }
+
     static int debug(CURL *, curl_infotype type, char *data, size_t size, void *user)
     {
         if (type != CURLINFO_HEADER_IN && type != CURLINFO_HEADER_OUT)
@@ -320,6 +372,8 @@ struct FtpCallbacks
 FtpControl::FtpControl(QObject *parent)
     : QObject(parent)
 {
+    SshKnownHosts = QDir::homePath() + QStringLiteral("/.ssh/known_hosts");
+    SshTrustedKeys = SshHostKeys::DefaultFile();
     resetHandle();
     instances().append(this);
 }
@@ -389,7 +443,8 @@ QString FtpControl::folderPath(const QString &folder) const
 // the CWD when the previous call already stood there.
 QString FtpControl::urlFor(const QString &folder, const QString &file) const
 {
-    QString url = base() + QStringLiteral("%2F");
+    // An SFTP URL's path is taken from the root as it stands.
+    QString url = base() + (Sftp ? QString() : QStringLiteral("%2F"));
     const QStringList parts = folderPath(folder).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     QStringList encoded;
     for (const QString &part : parts)
@@ -430,6 +485,7 @@ void FtpControl::setCommonOptions(Call &call, const QString &url)
         curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, long(timeout));
     }
     setTlsOptions();
+    setSshOptions(call);
     static const char *const schemes[] = {nullptr, "http", "socks4", "socks5h"};
     if (FirewallType >= 1 && FirewallType <= 3) {
         const QString proxy = QStringLiteral("%1://%2:%3")
@@ -475,9 +531,34 @@ void FtpControl::setTlsOptions()
     }
 }
 
+// The key callback is always set: without it libcurl would take any key.
+// Password logins are tried by both of SSH's ways (keyboard-interactive is
+// how many servers ask for a password); a key file is tried first.
+void FtpControl::setSshOptions(Call &call)
+{
+    if (!Sftp)
+        return;
+    CURL *h = m_curl;
+    call.trustedKey = SshHostKeys(SshTrustedKeys).Trusted(RemoteHost, RemotePort);
+    curl_easy_setopt(h, CURLOPT_SSH_KNOWNHOSTS, SshKnownHosts.toUtf8().constData());
+    curl_easy_setopt(h, CURLOPT_SSH_KEYFUNCTION, &FtpCallbacks::hostKey);
+    curl_easy_setopt(h, CURLOPT_SSH_KEYDATA, &call);
+    long auth = CURLSSH_AUTH_PASSWORD | CURLSSH_AUTH_KEYBOARD;
+    if (!SshPrivateKey.isEmpty()) {
+        auth |= CURLSSH_AUTH_PUBLICKEY;
+        curl_easy_setopt(h, CURLOPT_SSH_PRIVATE_KEYFILE, SshPrivateKey.toUtf8().constData());
+        // The public key is worked out from the private one.
+        curl_easy_setopt(h, CURLOPT_SSH_PUBLIC_KEYFILE, "");
+        curl_easy_setopt(h, CURLOPT_KEYPASSWD, Password.toUtf8().constData());
+    }
+    curl_easy_setopt(h, CURLOPT_SSH_AUTH_TYPES, auth);
+}
+
 // The scheme, host and port of every URL of this control.
 QString FtpControl::base() const
 {
+    if (Sftp)
+        return QStringLiteral("sftp://%1:%2/").arg(RemoteHost).arg(RemotePort);
     const QString scheme = ImplicitTls ? QStringLiteral("ftps") : QStringLiteral("ftp");
     return QStringLiteral("%1://%2:%3/").arg(scheme, RemoteHost).arg(RemotePort);
 }
@@ -501,8 +582,12 @@ long FtpControl::perform(Call &call, const QString &url,
     curl_easy_reset(m_curl);
     setCommonOptions(call, url);
     configure(m_curl);
+    if (Sftp)
+        FtpCallbacks::trail(call, 0, call.sftpAction);
     CURLcode code = CURLE_OK;
     m_worker.run([this, &code] { code = CURLcode(run()); });
+    if (Sftp)
+        code = CURLcode(sftpAnswer(call, code));
     // Nothing of this call may be reached from the handle once it is over.
     long osErrno = 0;
     curl_easy_getinfo(m_curl, CURLINFO_OS_ERRNO, &osErrno);
@@ -593,6 +678,12 @@ long FtpControl::finish(Call &call, int result)
         m_connected = false;
         return fail(ControlError::Aborted, QStringLiteral("Aborted by the caller."));
     }
+    if (call.hostKey != Call::KeyFine) {
+        m_connected = false;
+        const long number = call.hostKey == Call::KeyUnknown ? ControlError::HostKeyUnknown : ControlError::HostKeyChanged;
+        return fail(number, QStringLiteral("The host key of %1 (%2 %3) is not the one trusted.")
+                                .arg(RemoteHost, call.keyType, call.keyFingerprint));
+    }
     if (const long tls = tlsFailure(code)) {
         m_connected = false;
         return fail(tls, CurlErrorMap::describe(code, call.detail));
@@ -609,6 +700,11 @@ long FtpControl::finish(Call &call, int result)
     }
     if (!call.errorReply.isEmpty())
         return fail(ControlError::Protocol, call.errorReply);
+    if (Sftp && code == CURLE_SSH) {
+        // The SSH session broke: the next call logs on afresh.
+        m_connected = false;
+        return fail(ControlError::NoConnection, CurlErrorMap::describe(code, call.detail));
+    }
     const long osErrno = call.osErrno;
     const QString description = CurlErrorMap::describe(code, call.detail);
     if (code == CURLE_OPERATION_TIMEDOUT) {
@@ -631,6 +727,8 @@ long FtpControl::Logon()
     if (m_connected && Logoff() != 1)
         return 0;
     Call call;
+    call.sftpAction = QStringLiteral("login ") + User;
+    call.sftpSuccess = QStringLiteral("257 \"{entry}\" is the login folder.");
     // No path: the session stays in the login folder, whatever it is.
     const QString url = base();
     const long result =
@@ -671,8 +769,13 @@ long FtpControl::Logoff()
 // the first refusal is the call's failure all the same.
 long FtpControl::sendQuoted(const QStringList &commands, Call &call)
 {
+    // An SFTP quote command that fails keeps the session, so it needs no
+    // mark; a marked one would fail without a word.
+    const QString mark = Sftp ? QString() : QStringLiteral("*");
     for (const QString &command : commands)
-        call.quote = curl_slist_append(call.quote, (QLatin1Char('*') + command).toUtf8().constData());
+        call.quote = curl_slist_append(call.quote, (mark + command).toUtf8().constData());
+    call.sftpAction = commands.join(QStringLiteral("; "));
+    call.sftpSuccess = QStringLiteral("250 Done.");
     const long result = perform(call, urlFor(m_path), [&call](CURL *h) {
         curl_easy_setopt(h, CURLOPT_POSTQUOTE, call.quote);
         curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
@@ -704,7 +807,18 @@ long FtpControl::SetRemotePath(const QString &path)
 {
     const QString target = resolvedPath(path);
     Call call;
-    const long result = perform(call, urlFor(target), [](CURL *h) { curl_easy_setopt(h, CURLOPT_NOBODY, 1L); });
+    // SFTP has no current folder: the folder is only looked up, by its
+    // name without the closing slash (with it libcurl would not look).
+    QString url = urlFor(target);
+    if (Sftp && target != QLatin1String("/"))
+        url.chop(1);
+    call.sftpAction = QStringLiteral("cd ") + target;
+    call.sftpSuccess = QStringLiteral("250 Folder found.");
+    call.folderLookup = Sftp;
+    const long result = perform(call, url, [](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
+        curl_easy_setopt(h, CURLOPT_FILETIME, 1L);
+    });
     if (result == 1)
         m_path = target;
     return result;
@@ -723,6 +837,8 @@ long FtpControl::Command(const QString &command)
     const QString verb = command.section(QLatin1Char(' '), 0, 0).toUpper();
     if (verb == QLatin1String("CWD"))
         return SetRemotePath(command.section(QLatin1Char(' '), 1));
+    if (Sftp)
+        return sftpCommand(command);
     Call call;
     return sendQuoted({command}, call);
 }
@@ -735,6 +851,8 @@ long FtpControl::DeleteFile(const QString &name)
 long FtpControl::Rename(const QString &from, const QString &to)
 {
     Call call;
+    if (Sftp)
+        return sendQuoted({SftpCommands::Rename(from, to, folderPath(m_path))}, call);
     return sendQuoted({QStringLiteral("RNFR ") + from, QStringLiteral("RNTO ") + to}, call);
 }
 
@@ -753,10 +871,18 @@ long FtpControl::list(bool longForm, bool machine)
     Call call;
     call.listing = true;
     call.longListing = longForm;
-    call.machineListing = machine;
-    const QString mask = RemoteFile;
-    if (prepareType(true, QString()) != 1)
+    call.machineListing = machine && !Sftp;
+    QString mask = RemoteFile;
+    if (Sftp) {
+        // SFTP lists a whole folder in one form: the mask is applied here.
+        call.mask = QRegularExpression(QRegularExpression::wildcardToRegularExpression(mask.isEmpty() ? QStringLiteral("*") : mask));
+        call.sftpAction = QStringLiteral("ls ") + folderPath(m_path);
+        call.sftpSuccess = QStringLiteral("226 Listed.");
+        machine = false;
+        mask.clear();
+    } else if (prepareType(true, QString()) != 1) {
         return 0;
+    }
     return perform(call, urlFor(m_path), [longForm, machine, mask](CURL *h) {
         curl_easy_setopt(h, CURLOPT_DIRLISTONLY, longForm ? 0L : 1L);
         QString request = machine ? QStringLiteral("MLSD") : QString();
@@ -770,6 +896,76 @@ long FtpControl::list(bool longForm, bool machine)
 long FtpControl::ListDirectoryMachine()
 {
     return list(true, true);
+}
+
+// SFTP's counterparts of the FTP commands callers send: SIZE and MDTM by
+// a look at the file, the commands that change the server by SFTP's own
+// requests, and no others.
+long FtpControl::sftpCommand(const QString &command)
+{
+    const QString verb = command.section(QLatin1Char(' '), 0, 0).toUpper();
+    const QString name = command.section(QLatin1Char(' '), 1);
+    qint64 size = -1;
+    if (verb == QLatin1String("SIZE"))
+        return sftpStat(QStringLiteral("size"), name, false, size);
+    if (verb == QLatin1String("MDTM"))
+        return sftpStat(QStringLiteral("mtime"), name, true, size);
+    QString refusal;
+    const QString quote = SftpCommands::Translate(command, folderPath(m_path), refusal);
+    if (quote.isEmpty()) {
+        emit PITrail(1, refusal);
+        return fail(ControlError::Protocol, refusal);
+    }
+    Call call;
+    return sendQuoted({quote}, call);
+}
+
+// The size or the time of a file, which libcurl learns as it opens it.
+long FtpControl::sftpStat(const QString &action, const QString &name, bool time, qint64 &size)
+{
+    Call call;
+    const QString path = SftpCommands::Absolute(name, folderPath(m_path));
+    call.sftpAction = action + QLatin1Char(' ') + path;
+    call.sftpSuccess = time ? QStringLiteral("213 {time}") : QStringLiteral("213 {size}");
+    const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+    const long result = perform(call, urlFor(path.left(slash), path.mid(slash + 1)), [time](CURL *h) {
+        curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
+        curl_easy_setopt(h, CURLOPT_FILETIME, time ? 1L : 0L);
+        curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpCallbacks::discard);
+        curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpCallbacks::discard);
+    });
+    size = call.sizeReply;
+    return result;
+}
+
+// SFTP answers with status codes only: the trail shows the FTP reply the
+// call stands for, which the reply parser then reads as from a server.
+// A folder looked up is there when libcurl could read its time, whether or
+// not the server then let it open the folder as a file (servers differ).
+int FtpControl::sftpAnswer(Call &call, int result)
+{
+    if (!call.keyFingerprint.isEmpty()) {
+        m_hostKeyType = call.keyType;
+        m_hostKeyFingerprint = call.keyFingerprint;
+    }
+    long time = -1;
+    curl_easy_getinfo(m_curl, CURLINFO_FILETIME, &time);
+    const auto code = call.folderLookup && time >= 0 ? CURLE_OK : CURLcode(result);
+    if (code != CURLE_OK) {
+        if (call.hostKey == Call::KeyFine)
+            FtpCallbacks::trail(call, 1, SftpCommands::Reply(code, QString::fromUtf8(call.detail)));
+        return code;
+    }
+    curl_off_t size = -1;
+    curl_easy_getinfo(m_curl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size);
+    const char *entry = nullptr;
+    curl_easy_getinfo(m_curl, CURLINFO_FTP_ENTRY_PATH, &entry);
+    QString reply = call.sftpSuccess;
+    reply.replace(QLatin1String("{size}"), QString::number(qint64(size)));
+    reply.replace(QLatin1String("{time}"), QDateTime::fromSecsSinceEpoch(time, Qt::UTC).toString(QStringLiteral("yyyyMMddHHmmss")));
+    reply.replace(QLatin1String("{entry}"), entry ? QString::fromUtf8(entry) : QStringLiteral("/"));
+    FtpCallbacks::trail(call, 1, reply);
+    return code;
 }
 
 // The cheapest listing the server offers: STAT where it answers with one,
@@ -806,13 +1002,17 @@ long FtpControl::ListDirectoryLong()
 long FtpControl::Upload()
 {
     Call call;
-    call.ascii = TransferMode == 1;
+    // SFTP moves bytes as they are: the server's files have the local line
+    // ends, and there is no text mode to ask for.
+    call.ascii = TransferMode == 1 && !Sftp;
     call.deliverData = false;
     call.source = std::make_unique<QFile>(LocalFile);
     if (!call.source->open(QIODevice::ReadOnly))
         return fail(ControlError::LocalFile, QStringLiteral("Cannot open ") + LocalFile);
     const qint64 size = call.ascii ? -1 : call.source->size();
-    if (prepareType(call.ascii, RemoteFile) != 1)
+    call.sftpAction = QStringLiteral("put ") + SftpCommands::Absolute(RemoteFile, folderPath(m_path));
+    call.sftpSuccess = QStringLiteral("226 Sent.");
+    if (!Sftp && prepareType(call.ascii, RemoteFile) != 1)
         return 0;
     return perform(call, urlFor(m_path, RemoteFile), [&call, size](CURL *h) {
         curl_easy_setopt(h, CURLOPT_UPLOAD, 1L);
@@ -825,7 +1025,9 @@ long FtpControl::Upload()
 long FtpControl::Download()
 {
     Call call;
-    call.ascii = TransferMode == 1;
+    call.ascii = TransferMode == 1 && !Sftp;
+    call.sftpAction = QStringLiteral("get ") + SftpCommands::Absolute(RemoteFile, folderPath(m_path));
+    call.sftpSuccess = QStringLiteral("226 Received.");
     if (!LocalFile.isEmpty()) {
         if (!Overwrite && QFile::exists(LocalFile))
             return fail(ControlError::LocalFile, QStringLiteral("Local file exists: ") + LocalFile);
@@ -837,7 +1039,7 @@ long FtpControl::Download()
     }
     // libcurl would ask the SIZE between the PASV and the RETR; the end of
     // the data connection and the server's final reply tell a whole file.
-    const long result = prepareType(call.ascii, RemoteFile) != 1
+    const long result = !Sftp && prepareType(call.ascii, RemoteFile) != 1
                             ? 0
                             : perform(call, urlFor(m_path, RemoteFile), [](CURL *h) {
                                   curl_easy_setopt(h, CURLOPT_IGNORE_CONTENT_LENGTH, 1L);
@@ -860,7 +1062,9 @@ long FtpControl::QuerySize(const QString &name, qint64 &size)
     size = -1;
     Call call;
     long result = 0;
-    if (m_type == 'I') {
+    if (Sftp) {
+        return sftpStat(QStringLiteral("size"), name, false, size);
+    } else if (m_type == 'I') {
         result = sendQuoted({QStringLiteral("SIZE ") + name}, call);
     } else {
         result = perform(call, urlFor(m_path, name), [](CURL *h) {
@@ -882,6 +1086,8 @@ long FtpControl::QuerySize(const QString &name, qint64 &size)
 // status instead, or refuses, fails the call; the caller then lists.
 long FtpControl::ListByStatus()
 {
+    if (Sftp)
+        return ListDirectoryLong(); // one request lists the folder whole
     if (m_statusRefused)
         return fail(ControlError::Protocol, QStringLiteral("500 The server refused STAT before."));
     Call call;

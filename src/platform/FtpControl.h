@@ -63,6 +63,23 @@ public:
     // to trust: the key is compared during the handshake, before the login,
     // instead of the system's verification, which such a certificate fails.
     QString TlsPinnedKey;
+    // SFTP instead of FTP (the sftp scheme, port 22 as a rule), through
+    // libcurl's SSH layer, with the same calls, events and error numbers.
+    // The server's host key is checked against the user's OpenSSH file
+    // (SshKnownHosts, only read) and the keys trusted in this program
+    // (SshTrustedKeys, see SshHostKeys); any other key fails the logon with
+    // ControlError::HostKeyUnknown or HostKeyChanged, before the password
+    // is sent. With SshPrivateKey set the login is by that key file, and
+    // Password is its passphrase (and the password, where the server asks
+    // one instead).
+    bool Sftp = false;
+    QString SshKnownHosts;
+    QString SshTrustedKeys;
+    QString SshPrivateKey;
+    // The host key the server showed at the last connection: its type
+    // ("ssh-ed25519") and its SHA-256 fingerprint ("SHA256:<base64>").
+    QString HostKeyType() const { return m_hostKeyType; }
+    QString HostKeyFingerprint() const { return m_hostKeyFingerprint; }
 
     bool Connected() const { return m_connected; }
     bool Idle() const { return !m_busy; }
@@ -131,6 +148,10 @@ private:
     long perform(Call &call, const QString &url, const std::function<void(CURL *)> &configure);
     void setCommonOptions(Call &call, const QString &url);
     void setTlsOptions();
+    void setSshOptions(Call &call);
+    long sftpCommand(const QString &command);
+    long sftpStat(const QString &action, const QString &name, bool time, qint64 &size);
+    int sftpAnswer(Call &call, int code);
     QString base() const;
     long finish(Call &call, int code);
     static long tlsFailure(int code);
@@ -168,4 +189,6 @@ private:
     QDateTime m_fileTime;
     long m_errorNumber = 0;
     QString m_errorDescription;
+    QString m_hostKeyType;
+    QString m_hostKeyFingerprint;
 };

@@ -10,7 +10,8 @@ struct Scheme
 };
 constexpr Scheme kSchemes[] = {{"ftp://", FtpAddress::Plain},
                                {"ftpes://", FtpAddress::ExplicitTls},
-                               {"ftps://", FtpAddress::ImplicitTls}};
+                               {"ftps://", FtpAddress::ImplicitTls},
+                               {"sftp://", FtpAddress::Sftp}};
 } // namespace
 
 FtpAddress FtpAddress::Parse(const QString &address, bool anyCase)
@@ -33,7 +34,7 @@ FtpAddress FtpAddress::Parse(const QString &address, bool anyCase)
 
 QString FtpAddress::AccountHost() const
 {
-    static const char *const tags[] = {"", "ftpes://", "ftps://"};
+    static const char *const tags[] = {"", "ftpes://", "ftps://", "sftp://"};
     return QLatin1String(tags[security]) + host;
 }
 
@@ -41,9 +42,11 @@ void FtpAddress::ApplyTo(FtpControl &control) const
 {
     control.UseTls = security == ExplicitTls;
     control.ImplicitTls = security == ImplicitTls;
+    control.Sftp = security == Sftp;
     const qsizetype colon = host.lastIndexOf(QLatin1Char(':'));
     bool numeric = false;
     const int port = colon > 0 ? host.mid(colon + 1).toInt(&numeric) : 0;
     control.RemoteHost = numeric ? host.left(colon) : host;
-    control.RemotePort = numeric ? port : security == ImplicitTls ? 990 : 21;
+    static const int defaultPorts[] = {21, 21, 990, 22};
+    control.RemotePort = numeric ? port : defaultPorts[security];
 }

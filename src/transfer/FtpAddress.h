@@ -12,12 +12,13 @@ class FtpControl;
 //   "ftpes://host"                      explicit TLS (AUTH TLS) on both
 //                                       channels, required: no plain fallback
 //   "ftps://host"                       implicit TLS, port 990
+//   "sftp://host"                       SFTP over SSH, port 22
 // A scheme is read in any case of letters when anyCase is set, else only as
 // written (Init's addresses).
 class FtpAddress
 {
 public:
-    enum Security { Plain, ExplicitTls, ImplicitTls };
+    enum Security { Plain, ExplicitTls, ImplicitTls, Sftp };
 
     static FtpAddress Parse(const QString &address, bool anyCase);
 

@@ -29,3 +29,17 @@ TEST(FtpAddress, SchemeSetsProtectionAndDefaultPort)
     EXPECT_NE(FtpAddress::Parse(QStringLiteral("ftp://h"), true).AccountHost(),
               FtpAddress::Parse(QStringLiteral("ftpes://h"), true).AccountHost());
 }
+
+TEST(FtpAddress, SftpSchemeSpeaksSshOnPort22)
+{
+    FtpControl control;
+    const FtpAddress address = FtpAddress::Parse(QStringLiteral("SFTP://ssh.site.test/"), true);
+    address.ApplyTo(control);
+    EXPECT_TRUE(control.Sftp);
+    EXPECT_FALSE(control.UseTls || control.ImplicitTls);
+    EXPECT_EQ(control.RemoteHost, QStringLiteral("ssh.site.test"));
+    EXPECT_EQ(control.RemotePort, 22);
+    FtpAddress::Parse(QStringLiteral("sftp://ssh.site.test:2222"), true).ApplyTo(control);
+    EXPECT_EQ(control.RemotePort, 2222);
+    EXPECT_NE(address.AccountHost(), FtpAddress::Parse(QStringLiteral("ssh.site.test"), true).AccountHost());
+}
