@@ -652,6 +652,24 @@ bool IndexSearch::ProbeFolder(const QString &strFolder_p, const QString &strBase
     return seen;
 }
 
+// The first page of the folder the web server serves. A page of that name
+// that stands there already is the site's own and is never written over.
+bool IndexSearch::WriteFirstPage(const QString &strFolder_p)
+{
+    const QString name = QStringLiteral("index.htm");
+    QStringList names;
+    if (!m_ftp.Capture(Ftp().SetRemotePath(strFolder_p)) || !m_ftp.ListFileNames(names))
+        return false;
+    if (names.contains(name))
+        return true;
+    QString host = m_ftp.Record().baseaddress;
+    host = host.mid(host.indexOf(QStringLiteral("//")) + 2);
+    const QByteArray page = "<HTML><HEAD></HEAD><BODY bgColor=#5f5f5f><FONT color=#c0c0c0 size=7 face=arial>"
+                            "<STRONG><EM><P align=center>Welcome to "
+                            + host.toUtf8() + "</P></EM></STRONG></FONT></BODY></HTML>";
+    return Upload(page, strFolder_p, name, true);
+}
+
 long IndexSearch::CreateIndexFile(QString &strIndexFile_p, QString &strFTPRoot_p)
 {
     if (m_ftp.Logon() != 1)
@@ -666,12 +684,7 @@ long IndexSearch::CreateIndexFile(QString &strIndexFile_p, QString &strFTPRoot_p
                                                                    : Join(entry.strPath, entry.strName);
         if (!ProbeFolder(folder, base))
             continue;
-        QString host = m_ftp.Record().baseaddress;
-        host = host.mid(host.indexOf(QStringLiteral("//")) + 2);
-        const QByteArray page = "<HTML><HEAD></HEAD><BODY bgColor=#5f5f5f><FONT color=#c0c0c0 size=7 face=arial>"
-                                "<STRONG><EM><P align=center>Welcome to "
-                                + host.toUtf8() + "</P></EM></STRONG></FONT></BODY></HTML>";
-        if (!Upload(page, folder, QStringLiteral("index.htm"), false))
+        if (!WriteFirstPage(folder))
             return m_ftp.Fail(QStringLiteral("CFTPS.CreateIndexFile"));
         strIndexFile_p = QStringLiteral("index.htm");
         strFTPRoot_p = folder;

@@ -58,6 +58,7 @@ private:
                 bool boolFresh_p);
     bool Get(const QString &strURL_p, QByteArray &body_p, bool &boolHttpFailure_p);
     bool ProbeFolder(const QString &strFolder_p, const QString &strBase_p);
+    bool WriteFirstPage(const QString &strFolder_p);
     long ListAllLevels(DIRDATA &all);
     bool MarkedCopyFound(const DIRENTRY &entry, const QString &strAddress_p);
     bool Cancelled() const { return CFTPS::g_boolCancelActivation; }

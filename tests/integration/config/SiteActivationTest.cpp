@@ -195,6 +195,35 @@ TEST_F(SiteActivationTest, ReadOnlyWebRootIsSkippedAndNothingIsFound)
     EXPECT_EQ(record().isactive, QStringLiteral("0"));
 }
 
+// A folder's own page is found by its content and given back as it was;
+// an empty site gets one first page, and a site with one keeps it.
+TEST_F(SiteActivationTest, FolderPageIsFoundAndAnEmptySiteGetsExactlyOneFirstPage)
+{
+    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers())};
+    MGlobalProjectObjects::lCurrentURL = 0;
+    CFTPS client;
+    QString index;
+    EXPECT_EQ(client.GetSpecificIndexFile(QStringLiteral("/www/products/"), index), 1)
+        << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(index, QStringLiteral("index.htm"));
+
+    QString root;
+    EXPECT_EQ(client.CreateIndexFile(index, root), 1);
+    EXPECT_EQ(changes(m_before, snapshot()), QStringList()); // the page that stands is kept
+
+    const QString page = servers().webRoot() + QStringLiteral("/index.htm");
+    QFile::rename(page, page + QStringLiteral(".away"));
+    ASSERT_EQ(client.CreateIndexFile(index, root), 1) << MError::ErrorDescription().toStdString();
+    client.CloseDown();
+    EXPECT_EQ(index, QStringLiteral("index.htm"));
+    EXPECT_EQ(root, QStringLiteral("/www"));
+    EXPECT_EQ(changes(m_before, snapshot()), QStringList({QStringLiteral("/www/index.htm"),
+                                                          QStringLiteral("/www/index.htm.away")}));
+    EXPECT_TRUE(servers().readWebFile(QStringLiteral("index.htm")).contains("Welcome to 127.0.0.1"));
+    QFile::remove(page);
+    QFile::rename(page + QStringLiteral(".away"), page);
+}
+
 // The connection dropped before each command of the search in turn: the
 // page goes back at once, or the next search finds what was left and the
 // resume puts it back.
