@@ -6,6 +6,7 @@
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
+#include "transfer/FtpAddress.h"
 
 #include <QFile>
 #include <QUrl>
@@ -179,6 +180,12 @@ long SiteActivation::Prepare(SiteRecord &site)
 long SiteActivation::LogOn(SiteRecord &site)
 {
     Progress(txtConnecting);
+    const QVariant index = QVariant::fromValue<qlonglong>(m_lIndex);
+    // A protected connection logs on by the record first: a certificate
+    // the system does not vouch for is shown there, and once trusted its
+    // key is what the test of the transfer mode checks too.
+    if (FtpAddress::Parse(site.baseurl, true).security != FtpAddress::Plain && m_CFTPS.LogonEx(index) != 1)
+        return Failed;
     if (site.automode == QLatin1String("1")) {
         site.passivemode = true;
         bool passive = true;
@@ -194,7 +201,7 @@ long SiteActivation::LogOn(SiteRecord &site)
             return Failed;
         Record().passivemode = passive;
     }
-    return m_CFTPS.LogonEx(QVariant::fromValue<qlonglong>(m_lIndex));
+    return m_CFTPS.LogonEx(index);
 }
 
 // Step 12: the index search, with the resume of a search that was cut.

@@ -171,6 +171,25 @@ bool IndexSearch::PutBack(const QString &strFolder_p, const QString &strName_p, 
     return back;
 }
 
+// The page steps aside for the test. A rename whose reply never came (a
+// Cancel, a lost connection) may have run on the server all the same, so
+// the page is put back then too; where it never moved, that finds nothing
+// to move.
+bool IndexSearch::StepAside(const QString &strFolder_p, const QString &strName_p, const QString &strAside_p)
+{
+    if (m_ftp.Rename(strName_p, strAside_p))
+        return true;
+    const CFTPS::Failure cause = m_ftp.m_failure;
+    if (cause.number != ControlError::Protocol) {
+        const bool wasClear = MError::ErrorNumber() == 0;
+        PutBack(strFolder_p, strName_p, strAside_p);
+        if (wasClear)
+            MError::ClearError();
+    }
+    m_ftp.m_failure = cause;
+    return false;
+}
+
 bool IndexSearch::Get(const QString &strURL_p, QByteArray &body_p, bool &boolHttpFailure_p)
 {
     HttpControl http;
@@ -233,7 +252,7 @@ long IndexSearch::SendTestSteps(const SiteRecord &site, QString &strFolder, QStr
     strFolder = Ftp().RemotePath();
     step = 6;
     const QString aside = Stamp() + QStringLiteral(".mid");
-    if (!m_ftp.Rename(site.indexfile, aside))
+    if (!StepAside(strFolder, site.indexfile, aside))
         return 0;
     strAside = aside;
     step = 7;
@@ -445,8 +464,8 @@ long IndexSearch::TryEntry(const DIRDATA &buffer, long lEntry)
     if (!m_ftp.Capture(Ftp().SetRemotePath(folder)))
         return ServerDataFailure(entry.strName, false);
     const QString aside = BackupName(entry.strName, Stamp());
-    if (!m_ftp.Rename(entry.strName, aside))
-        return ServerDataFailure(entry.strName, false);
+    if (!StepAside(folder, entry.strName, aside))
+        return Cancelled() ? -3 : ServerDataFailure(entry.strName, false);
     const QByteArray page = QByteArrayLiteral("<html><head><meta http-equiv=Content-Type content=\"text/html; "
                                               "charset=iso-8859-1\">")
                             + kNoCache + "</head><body>" + kMarkStart.toLatin1() + m_strTag.toLatin1()

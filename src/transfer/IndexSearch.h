@@ -52,6 +52,7 @@ private:
     void MarkFolder(DIRDATA &buffer, const QString &strPath_p, long lState_p);
     void ResultOfSearch(const DIRENTRY &entry, QString &strIndex_p, QString &strRoot_p,
                         QString &strRemoteFolder_p) const;
+    bool StepAside(const QString &strFolder_p, const QString &strName_p, const QString &strAside_p);
     bool PutBack(const QString &strFolder_p, const QString &strName_p, const QString &strAside_p);
     bool AgainAfterLoss(const QString &strFolder_p, const std::function<bool()> &step_p);
     bool Upload(const QByteArray &bytes_p, const QString &strFolder_p, const QString &strName_p,

@@ -126,6 +126,19 @@ TEST_F(SiteActivationTest, AutomaticActivationFindsIndexRootAndFolderForBothAcco
     EXPECT_TRUE(UserQuestions::ShownSoFar().isEmpty());
 }
 
+// Over explicit TLS the certificate the system does not vouch for is shown
+// once and, trusted, kept with the site.
+TEST_F(SiteActivationTest, ProtectedConnectionAsksForTheCertificateOnceAndKeepsIt)
+{
+    SiteRecord site = newSite(TestServers::User, TestServers::Password);
+    site.baseurl = QStringLiteral("ftpes://127.0.0.1:%1").arg(servers().ftpsPort());
+    UserQuestions::Script({UserQuestions::vbYes});
+    ASSERT_EQ(activate(site), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(UserQuestions::ShownSoFar().size(), 1);
+    EXPECT_FALSE(record().tlskeypin.isEmpty());
+    EXPECT_EQ(record().ftproot, QStringLiteral("/www"));
+}
+
 TEST_F(SiteActivationTest, ManualIndexFileIsProvedBySendTestOrRefusedWithItsMessage)
 {
     SiteRecord site = newSite(TestServers::User, TestServers::Password);
