@@ -3,10 +3,12 @@
 #include "fileviews/FileNameRules.h"
 #include "fileviews/LocalFileCount.h"
 #include "fileviews/MTreeViewTypes.h"
+#include "fileviews/ServerFolderPaths.h"
 #include "fileviews/SiteFileDialogs.h"
 #include "fileviews/SiteTreeKeys.h"
 #include "fileviews/SiteTreeWidget.h"
 #include "fileviews/frmCopyRename.h"
+#include "history/CRollback.h"
 #include "objects/frmMenu.h"
 #include "platform/CReg.h"
 #include "platform/LocalFolders.h"
@@ -581,8 +583,19 @@ long CSiteTreeView::SendBack(const QString &strLocal_p, const QString &strKey_p)
     const QStringList onScreen = documentAddresses ? documentAddresses() : QStringList();
     if (onScreen.contains(strKey_p) && Ask(L(txtSamePage), txtSaveFile) != UserQuestions::vbYes)
         return -1;
-    CFTPS ftp;
     const QString folder = SiteTreeKeys::ParentKey(strKey_p);
+    // A page is kept as a revision first, as a save from the browser keeps
+    // it; a revision that can't be kept has been told of and stops nothing.
+    const int image = SiteTreeWidget::Image(m_tvwSiteTree->Node(strKey_p));
+    const QString folderKey = folder == Root() ? QStringLiteral("ROOT") : QLatin1Char('/') + AddressOf(folder);
+    QString serverPath = ServerFolderPaths::UpLoadPath(folderKey, SiteTreeKeys::CurrentSite());
+    if (!serverPath.endsWith(QLatin1Char('/')))
+        serverPath += QLatin1Char('/');
+    serverPath += QFileInfo(strLocal_p).fileName();
+    if ((image == 4 || image == 5) && CRollback().BackupPage(serverPath) == 0)
+        return Fail(QStringLiteral("m_Subclass3_WndMessageX"));
+    MError::ClearError();
+    CFTPS ftp;
     const long sent = ftp.SendFile(strLocal_p, AddressOf(folder));
     if (sent != 1)
         return Fail(QStringLiteral("m_Subclass3_WndMessageX"));

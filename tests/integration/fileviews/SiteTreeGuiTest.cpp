@@ -248,7 +248,9 @@ TEST_F(SiteTreeTest, ALinkAndAPictureDraggedOutCarryTheirHtml)
 }
 
 // The fake editor adds a line and saves; the file goes back once, and a
-// save that leaves the bytes as they were sends nothing.
+// save that leaves the bytes as they were sends nothing. The page is the
+// one on screen, so the user is asked first; what stood is kept as a
+// revision.
 TEST_F(SiteTreeTest, AFileSavedChangedInTheEditorGoesBack)
 {
     QTemporaryDir tools;
@@ -258,10 +260,19 @@ TEST_F(SiteTreeTest, AFileSavedChangedInTheEditorGoesBack)
     qputenv("VISUAL", editor.toLocal8Bit());
     hands.key(QStringLiteral("st"), Qt::Key_Right);
     servers().clearFtpLog();
+    QDir(servers().webRoot() + QStringLiteral("/_resetp")).removeRecursively();
+    pane.SiteTree().documentAddresses = [] { return QStringList{root() + QStringLiteral("/st/page.htm")}; };
+    UserQuestions::Script({UserQuestions::vbYes});
     hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileEditFile"));
     qunsetenv("VISUAL");
     ASSERT_TRUE(waitFor([] { return servers().readWebFile(QStringLiteral("st/page.htm")).endsWith(" edited"); }))
         << MError::ErrorDescription().toStdString();
     EXPECT_EQ(servers().readWebFile(QStringLiteral("st/page.htm")), "<html><body>page</body></html> edited");
-    EXPECT_EQ(servers().ftpCommands(QStringLiteral("RNTO")), 1);
+    EXPECT_EQ(texts(), QStringList({"You are attempting to save the same file you are editing in the browser. "
+                                    "Do you want to continue?"}));
+    EXPECT_FALSE(QDir(servers().webRoot() + QStringLiteral("/_resetp")).isEmpty());
+    int sends = 0;
+    for (const FtpLogEntry &entry : servers().ftpLog())
+        sends += entry.command == QLatin1String("STOR") && entry.argument.contains(QLatin1String("/st/page.htm.")) ? 1 : 0;
+    EXPECT_EQ(sends, 1);
 }
