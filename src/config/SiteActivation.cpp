@@ -113,19 +113,21 @@ long SiteActivation::Run()
     return result == Failed ? Translate(step) : result;
 }
 
+// Each step ends at once on a Cancel; the next one does not begin.
 long SiteActivation::Steps(int &step)
 {
     SiteRecord &site = Record();
+    const auto cancelled = [] { return CFTPS::g_boolCancelActivation; };
     step = 2;
-    if (Prepare(site) != 1)
+    if (Prepare(site) != 1 || cancelled())
         return Failed;
     step = 10;
-    if (LogOn(site) != 1)
+    if (LogOn(site) != 1 || cancelled())
         return Failed;
     step = 11;
     Progress(txtCheckingRights);
     const QString folder = site.useremotef == QLatin1String("1") ? site.remotefolder : QStringLiteral("/");
-    if (CheckFTP_Rights(folder) != 1)
+    if (CheckFTP_Rights(folder) != 1 || cancelled())
         return Failed;
     step = 12;
     // The search has proved the pair by itself; a file the user named is

@@ -254,26 +254,51 @@ TEST_F(SiteActivationTest, SearchCutAtEveryCommandLeavesTheSiteOrOffersTheResume
     }
     const int commands = servers().ftpLog().size();
     ASSERT_GT(commands, 5);
-    for (int n = 1; n <= commands; ++n) {
-        SCOPED_TRACE(n);
-        MError::ClearError();
-        servers().setFtpFaults(QJsonObject{{QStringLiteral("drop_before_n"), n}});
-        QString index, root, folder;
-        {
-            CFTPS cut;
-            cut.GetIndexFile(index, root, folder);
-            cut.CloseDown();
+    // Before a command, and after a command that ran but whose reply was lost.
+    for (const char *fault : {"drop_before_n", "drop_after_n"}) {
+        for (int n = 1; n <= commands; ++n) {
+            SCOPED_TRACE(std::string(fault) + std::to_string(n));
+            MError::ClearError();
+            servers().setFtpFaults(QJsonObject{{QString::fromLatin1(fault), n}});
+            QString index, root, folder;
+            {
+                CFTPS cut;
+                cut.GetIndexFile(index, root, folder);
+                cut.CloseDown();
+            }
+            servers().clearFtpFaults();
+            MError::ClearError();
+            if (changes(m_before, snapshot()).isEmpty())
+                continue;
+            SCOPED_TRACE(changes(m_before, snapshot()).join(QLatin1Char(' ')).toStdString());
+            CFTPS next;
+            ASSERT_EQ(next.GetIndexFile(index, root, folder), -2);
+            ASSERT_EQ(next.RestoreIndex(), 1) << MError::ErrorDescription().toStdString();
+            next.CloseDown();
+            ASSERT_EQ(changes(m_before, snapshot()), QStringList());
         }
-        servers().clearFtpFaults();
-        MError::ClearError();
-        if (changes(m_before, snapshot()).isEmpty())
-            continue;
-        SCOPED_TRACE(changes(m_before, snapshot()).join(QLatin1Char(' ')).toStdString());
-        CFTPS next;
-        ASSERT_EQ(next.GetIndexFile(index, root, folder), -2);
-        ASSERT_EQ(next.RestoreIndex(), 1) << MError::ErrorDescription().toStdString();
-        next.CloseDown();
-        ASSERT_EQ(changes(m_before, snapshot()), QStringList());
+    }
+}
+
+// A Cancel at each step of a run over a slow link ends it there, with the
+// site as it was and the record inactive.
+TEST_F(SiteActivationTest, CancelAtEveryStepOfASlowRunEndsItThere)
+{
+    servers().setFtpFaults(QJsonObject{{QStringLiteral("delay_ms"), 20}});
+    for (long step : {14636L, 14632L, 14633L, 14634L}) {
+        SCOPED_TRACE(step);
+        UserQuestions::Script({});
+        MGlobalProjectObjects::URLDATA = {newSite(TestServers::User, TestServers::Password)};
+        SiteActivation activation(0);
+        activation.onProgress = [&](const QString &text) {
+            if (text == MResources::LoadResourceString(step))
+                activation.Cancel();
+        };
+        EXPECT_EQ(activation.Run(), SiteActivation::Cancelled) << MError::ErrorDescription().toStdString();
+        EXPECT_EQ(record().isactive, QStringLiteral("0"));
+        ASSERT_FALSE(UserQuestions::ShownSoFar().isEmpty());
+        EXPECT_EQ(UserQuestions::ShownSoFar().back().text, MResources::LoadResourceString(14628));
+        EXPECT_EQ(changes(m_before, snapshot()), QStringList());
     }
 }
 
