@@ -106,6 +106,11 @@ long CSiteTreeView::init(QWidget *frmVindrell_p)
         else if (button == Qt::RightButton)
             RightClick(at);
     });
+    connect(m_tvwSiteTree, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem *item) {
+        const int image = SiteTreeWidget::Image(item);
+        if ((image == 4 || image == 5) && openPage)
+            openPage(SiteTreeWidget::Key(item));
+    });
     m_tvwSiteTree->dragData = [this](QTreeWidgetItem *item) { return DragData(item); };
     m_tvwSiteTree->dragEnded = [] { g_boolSiteTreeDrag = false; };
     m_tvwSiteTree->acceptsDrop = [](const QMimeData *data, QTreeWidgetItem *item) {

@@ -59,6 +59,9 @@ public:
     // The addresses of the pages on screen: a file sent back from the text
     // editor that is one of them is asked about first.
     std::function<QStringList()> documentAddresses;
+    // A double click on a page shows it in the browser, where it can be
+    // edited: the user who made or found a page wants to see it next.
+    std::function<void(const QString &strAddress_p)> openPage;
     TextEditorRoundTrip &Editor() { return m_editor; }
 
     // The id of the link or picture dragged out last, by which the page's

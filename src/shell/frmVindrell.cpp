@@ -445,6 +445,7 @@ void frmVindrell::hookUpPaneAndKeys()
     m_SitePane = new SitePane(centralWidget());
     m_SitePane->hide();
     m_SitePane->SiteTree().documentAddresses = [this] { return QStringList{m_IE->LocationURL()}; };
+    m_SitePane->SiteTree().openPage = [this](const QString &address) { navigateTo(address); };
     static_cast<QBoxLayout *>(centralWidget()->layout())->insertWidget(1, m_SitePane);
     auto *pane4 = findChild<QPushButton *>(QStringLiteral("cmdPane4"));
     pane4->setEnabled(true);

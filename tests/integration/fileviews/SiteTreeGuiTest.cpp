@@ -228,6 +228,14 @@ TEST_F(SiteTreeTest, TheWizardMakesANewPageInTheSelectedFolder)
     QTest::mouseClick(pane.findChild<QPushButton *>(QStringLiteral("cmdAddNewPage")), Qt::LeftButton);
     EXPECT_TRUE(servers().readWebFile(QStringLiteral("st/news.htm")).contains("Fresh news"));
     EXPECT_TRUE(hands.node(QStringLiteral("st/news.htm")));
+
+    // A double click on it opens it in the browser.
+    QString opened;
+    pane.SiteTree().openPage = [&opened](const QString &address) { opened = address; };
+    const QPoint page = hands.at(QStringLiteral("st/news.htm"));
+    QTest::mouseClick(pane.tvwSiteTree->viewport(), Qt::LeftButton, {}, page);
+    QTest::mouseDClick(pane.tvwSiteTree->viewport(), Qt::LeftButton, {}, page);
+    EXPECT_EQ(opened, root() + QStringLiteral("/st/news.htm"));
 }
 
 // What a drag out of the tree carries into a page and to a file manager.
