@@ -101,6 +101,7 @@ protected:
     void SetUp() override
     {
         emptyStore();
+        MResources::InitLangSupport();
         MError::ClearError();
         UserQuestions::Script({});
     }
@@ -338,6 +339,37 @@ TEST_F(SettingsDialogGui, ASettingsFileWrittenAndReadElsewhereGivesTheSameRecord
     EXPECT_EQ(read.ftproot, site.ftproot);
     EXPECT_EQ(read.isactive, QStringLiteral("1"));
     EXPECT_TRUE(read.useabsol);
+}
+
+// The language is stored at once (the string table is read at the next
+// start); the options at OK, with the link dialog's bit, which the dialog
+// does not offer, kept.
+TEST_F(SettingsDialogGui, LanguageIsStoredAtOnceAndTheOptionsAtOk)
+{
+    G::AdvancedUserSettings = advLinkDialogOption | advEditASP;
+    frmSettingsEx form;
+    form.show();
+    auto *languages = child<QComboBox>(&form, "cboLangs");
+    languages->setFocus();
+    QTest::keyClick(languages, Qt::Key_Down);
+    EXPECT_EQ(CReg::GetSetting(QStringLiteral("Environment"), QStringLiteral("Lang")), QStringLiteral("1053"));
+    ASSERT_FALSE(UserQuestions::ShownSoFar().isEmpty());
+    EXPECT_EQ(UserQuestions::ShownSoFar().back().text, MResources::LoadResourceString(14878));
+
+    child<QCheckBox>(&form, "chkEditASP")->click();
+    child<QCheckBox>(&form, "chkShowAllFiles")->click();
+    child<QCheckBox>(&form, "chkUseTidyComp")->click();
+    auto *charset = child<QComboBox>(&form, "cmbCharEncodingType");
+    charset->setFocus();
+    QTest::keyClick(charset, Qt::Key_End);
+    type(&form, "txtCMSUserName", QStringLiteral("anna"));
+    click(&form, "cmdOk");
+    EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("AdvancedUserSettings")),
+              QString::number(advLinkDialogOption | advShowAllFiles));
+    EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("UseTidy")), QStringLiteral("True"));
+    EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("TidyCharEncodingType")), QStringLiteral("3"));
+    EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("CMSUserName")), QStringLiteral("anna"));
+    CReg::SaveSetting(QStringLiteral("Environment"), QStringLiteral("Lang"), QStringLiteral("1033"));
 }
 
 // The first-run question's Yes opens the dialog on a new site, and the
