@@ -1,5 +1,6 @@
 #include "fileviews/CSiteTreeView.h"
 
+#include "cms/CMSTables.h"
 #include "fileviews/FileNameRules.h"
 #include "fileviews/LocalFileCount.h"
 #include "fileviews/MTreeViewTypes.h"
@@ -219,9 +220,33 @@ void CSiteTreeView::RightClick(const QPoint &at)
     frmMenu menu;
     for (const char *name : {"mnuTVFileCMS_AdminLockPage", "mnuTVFileCMS_AdminLockUpPage"})
         menu.Item(QString::fromLatin1(name))->setVisible(false);
-    const QString menuName = SiteTreeWidget::IsFolder(item) ? QStringLiteral("mnuTVFolder") : QStringLiteral("mnuTVFile");
+    const bool folder = SiteTreeWidget::IsFolder(item);
+    ApplyLimits(menu, key, folder);
+    const QString menuName = folder ? QStringLiteral("mnuTVFolder") : QStringLiteral("mnuTVFile");
     const QString picked = menu.PopupMenu(menuName, m_tvwSiteTree->viewport()->mapToGlobal(at));
     Dispatch(picked, key);
+}
+
+// A CMS user's limits switch entries off where all files are locked or
+// the node is a page tied to users; elsewhere, and with no CMS user, every
+// entry is offered.
+void CSiteTreeView::ApplyLimits(frmMenu &menu, const QString &strKey_p, bool boolFolder_p) const
+{
+    const long user = long(g_sngCMSUser);
+    if (g_sngCMSUser == CMS_NO_USER || user < 0 || user + 1 >= long(g_aCMSUsers.size()))
+        return;
+    bool tied = g_boolAllFilesLocked;
+    for (std::size_t i = 0; !tied && i + 1 < g_aCMSPages.size(); ++i)
+        tied = g_aCMSPages[i].strPath == strKey_p;
+    if (!tied)
+        return;
+    static const char *const entries[] = {"mnuTVFileCreateFolder", "mnuTVFileEditFile", "mnuTVFileChangeName",
+                                          "mnuTVFileDeletFile", "mnuTVFileCopyFile", "mnuTVFileCopyFileToDrive",
+                                          "mnuTVFolderCreateFolder", "mnuTVFolderDelete", "mnuTVFolderChangeName",
+                                          "mnuTVFolderSendTo", "mnuTVFolderCopyFolderToDrive"};
+    const std::int32_t bits = g_aCMSUsers[std::size_t(user)].limits.lSiteTree;
+    for (int bit = boolFolder_p ? 6 : 0; bit < (boolFolder_p ? 11 : 6); ++bit)
+        menu.Item(QString::fromLatin1(entries[bit]))->setEnabled((bits & (1 << bit)) != 0);
 }
 
 void CSiteTreeView::Dispatch(const QString &strItem_p, const QString &strKey_p)

@@ -14,6 +14,7 @@ class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 class SiteTreeWidget;
+class frmMenu;
 
 // The tree of the site's files in the site pane: it lists the site, offers
 // the file and folder commands on its right-click menu, takes local files
@@ -72,6 +73,7 @@ public:
 
 private:
     void Dispatch(const QString &strItem_p, const QString &strKey_p);
+    void ApplyLimits(frmMenu &menu, const QString &strKey_p, bool boolFolder_p) const;
     void SetTransferButtons();
     QString Root() const { return m_strRootKey; }
     QString AddressOf(const QString &strKey_p) const;

@@ -100,12 +100,18 @@ struct TreeHands
         QTest::keyClick(tree, key);
     }
     // A right click on the node and the pick of an item of its menu.
-    // The names of the hidden items of the menu that showed.
-    QStringList pick(const QString &path, const QString &item) const
+    struct Seen
+    {
+        bool shown = false;
+        QStringList enabled;
+        QStringList hidden;
+    };
+    // What the menu that showed offered.
+    Seen pick(const QString &path, const QString &item) const
     {
         MenuPick menu(item);
         QTest::mouseClick(tree->viewport(), Qt::RightButton, {}, at(path));
-        return menu.shown ? menu.hidden : QStringList{QStringLiteral("<no menu>")};
+        return {menu.shown, menu.enabled, menu.hidden};
     }
 };
 

@@ -4,6 +4,7 @@
 // page wizard and the text editor round trip.
 
 #include "SiteTreeDriver.h"
+#include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "fileviews/CSiteTreeView.h"
 #include "fileviews/SiteFileDialogs.h"
@@ -112,8 +113,8 @@ TEST_F(SiteTreeTest, RenameCopyNewFolderAndDeleteOfAFile)
         type(dialog, "txtNewFileName", QStringLiteral("renamed"));
         click(dialog, "cmdOk");
     });
-    const QStringList hidden = hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileChangeName"));
-    EXPECT_TRUE(hidden.contains(QStringLiteral("mnuTVFileCMS_AdminLockPage")));
+    const TreeHands::Seen menu = hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileChangeName"));
+    EXPECT_TRUE(menu.hidden.contains(QStringLiteral("mnuTVFileCMS_AdminLockPage")));
     // A new name without an extension keeps the old one.
     EXPECT_EQ(filesBelow(web(QStringLiteral("st"))), QStringList({"renamed.htm", "sub/deep.htm"}));
     ASSERT_TRUE(hands.node(QStringLiteral("st/renamed.htm")));
@@ -157,6 +158,25 @@ TEST_F(SiteTreeTest, TheIndexFileIsNotRenamedAndANameTakenIsAskedAbout)
     EXPECT_TRUE(stayed);
     EXPECT_EQ(texts(), QStringList({"The file already exists. Continue?"}));
     EXPECT_EQ(servers().readWebFile(QStringLiteral("st/taken.htm")), "taken");
+}
+
+// A CMS user without the right to delete files and folders isn't offered
+// those entries while all files are locked.
+TEST_F(SiteTreeTest, TheCMSUsersLimitsSwitchEntriesOff)
+{
+    CMSUSER user;
+    user.limits.lSiteTree = CMS_ALL_ENABLED & ~(8 | 128);
+    g_aCMSUsers = {user, CMSUSER()};
+    g_sngCMSUser = 0;
+    g_boolAllFilesLocked = true;
+    const TreeHands::Seen file = hands.pick(QStringLiteral("index.htm"), QString());
+    const TreeHands::Seen folder = hands.pick(QStringLiteral("img"), QString());
+    ResetCMSTables();
+    g_boolAllFilesLocked = false;
+    EXPECT_TRUE(file.enabled.contains(QStringLiteral("mnuTVFileCopyFile")));
+    EXPECT_FALSE(file.enabled.contains(QStringLiteral("mnuTVFileDeletFile")));
+    EXPECT_TRUE(folder.enabled.contains(QStringLiteral("mnuTVFolderChangeName")));
+    EXPECT_FALSE(folder.enabled.contains(QStringLiteral("mnuTVFolderDelete")));
 }
 
 TEST_F(SiteTreeTest, AFolderDeleteThatTheServerPartlyRefusesReportsWhatStayed)
