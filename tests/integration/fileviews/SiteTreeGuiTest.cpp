@@ -10,12 +10,14 @@
 #include "fileviews/SiteFileDialogs.h"
 #include "support/MError.h"
 #include "support/UserQuestions.h"
+#include "transfer/frmTransferStatusEx.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QMimeData>
+#include <QPointer>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -231,6 +233,47 @@ TEST_F(SiteTreeTest, ALocalFolderDroppedOnAFolderGoesUpAndAFolderComesDown)
     EXPECT_EQ(filesBelow(target.path()),
               QStringList({"st/dropped/inner/two.txt", "st/dropped/one.htm", "st/page.htm", "st/sub/deep.htm"}));
     EXPECT_EQ(UserQuestions::ShownSoFar().size(), 1);
+}
+
+// The progress window of a folder fetched to disk, and its Cancel pressed
+// while one of three large files comes: that one is not on the disk, and
+// what landed is whole.
+TEST_F(SiteTreeTest, ACancelledDownloadLeavesNoPartOfAFile)
+{
+    constexpr qint64 kBig = 6 * 1024 * 1024;
+    for (int i = 1; i <= 3; ++i)
+        put(web(QStringLiteral("st/big/big%1.bin").arg(i)), QByteArray(kBig, char('0' + i)));
+    QPointer<frmTransferStatusEx> window;
+    TransferStatusWindow::InstallFactory([&window] {
+        auto made = std::make_unique<frmTransferStatusEx>();
+        window = made.get();
+        return made;
+    });
+    QTimer cancel;
+    bool pressed = false;
+    QObject::connect(&cancel, &QTimer::timeout, [&pressed, &window] {
+        const QList<FtpLogEntry> log = servers().ftpLog();
+        const bool second = std::any_of(log.begin(), log.end(), [](const FtpLogEntry &entry) {
+            return entry.command == QLatin1String("RETR") && entry.argument.contains(QLatin1String("big2"));
+        });
+        if (!pressed && window && window->isVisible() && second) {
+            pressed = true;
+            QTest::mouseClick(window->CancelButton(), Qt::LeftButton);
+        }
+    });
+    cancel.start(2);
+    QTemporaryDir target;
+    UserQuestions::Script({UserQuestions::vbYes, UserQuestions::vbYes});
+    SiteFileDialogs::Script({target.path()});
+    hands.key(QStringLiteral("st"), Qt::Key_Right);
+    servers().clearFtpLog();
+    hands.pick(QStringLiteral("st/big"), QStringLiteral("mnuTVFolderCopyFolderToDrive"));
+    TransferStatusWindow::InstallFactory(nullptr);
+    EXPECT_TRUE(pressed);
+    const QStringList landed = filesBelow(target.path());
+    EXPECT_FALSE(landed.contains(QStringLiteral("big/big2.bin")));
+    for (const QString &name : landed)
+        EXPECT_EQ(QFileInfo(target.filePath(name)).size(), kBig) << name.toStdString();
 }
 
 TEST_F(SiteTreeTest, TheWizardMakesANewPageInTheSelectedFolder)
