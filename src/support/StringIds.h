@@ -63,5 +63,10 @@ enum : long {
     CertificateNotTrusted = 22302,
     CertificateChanged = 22303,
     TlsNotOffered = 22304,
+    // The host key of a site's SFTP server (HostKeyTrust).
+    HostKeyQuestion = 22305,
+    HostKeyQuestionTitle = 22306,
+    HostKeyNotTrusted = 22307,
+    HostKeyChanged = 22308,
 };
 } // namespace StringIds

@@ -10,6 +10,7 @@
 #include "transfer/CertificateTrust.h"
 #include "transfer/FailureText.h"
 #include "transfer/FtpAddress.h"
+#include "transfer/HostKeyTrust.h"
 #include "transfer/RemotePathMapper.h"
 #include "transfer/SafeReplace.h"
 
@@ -320,6 +321,11 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
 // pending error says what happened to the certificate, if that was it.
 bool CFTPS::TrustCertificate(long lIndex, const QString &strPosition)
 {
+    // An SFTP server's host key is asked about the same way.
+    HostKeyTrust hostKey(Ftp(), Record().baseaddress);
+    if (m_failure.number == ControlError::HostKeyUnknown && hostKey.Ask())
+        return Capture(Ftp().Logon());
+    hostKey.Tell(m_failure.number, strPosition);
     CertificateTrust trust(Ftp(), lIndex);
     if (m_failure.number == ControlError::CertificateUntrusted && trust.Ask())
         return Capture(Ftp().Logon());
