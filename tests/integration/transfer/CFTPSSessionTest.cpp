@@ -211,7 +211,7 @@ TEST_F(CFTPSSession, SendFileJoinsFolderAndNameWithOneSlash)
 TEST_F(CFTPSSession, PassiveModeTestAnswersForTheRecord)
 {
     SiteRecord wrong = demoSite();
-    wrong.password = QStringLiteral("wrong");
+    wrong.password = QStringLiteral("wrong-for-the-passive-test");
     useSites({demoSite(), wrong});
     CFTPS client;
     bool passive = false;
