@@ -83,10 +83,24 @@ void KeepSetting(const char *key, const QString &folder)
 
 CSiteTreeView::CSiteTreeView(QObject *parent) : QObject(parent)
 {
-    m_editor.SetSender([this](const QString &local) { return SendBack(local, m_editor.property("key").toString()); });
+    m_editor.SetSender([this](const QString &local) { return SendBack(local, m_strEditorKey); });
 }
 
 long CSiteTreeView::init(QWidget *frmVindrell_p)
+{
+    if (m_frmVindrell != frmVindrell_p)
+        Bind(frmVindrell_p);
+    QTreeWidgetItem *root = m_tvwSiteTree->RootNode();
+    if (root && SiteTreeWidget::Key(root) == SiteTreeKeys::CurrentRootKey())
+        return 1;
+    const long filled = PopulateTree();
+    if (filled == 0)
+        MError::ShowError();
+    return filled == 0 ? 0 : 1;
+}
+
+// The controls are bound once: the pane calls init each time it opens.
+void CSiteTreeView::Bind(QWidget *frmVindrell_p)
 {
     m_frmVindrell = frmVindrell_p;
     m_tvwSiteTree = frmVindrell_p->findChild<SiteTreeWidget *>(QStringLiteral("tvwSiteTree"));
@@ -112,6 +126,22 @@ long CSiteTreeView::init(QWidget *frmVindrell_p)
         if ((image == 4 || image == 5) && openPage)
             openPage(SiteTreeWidget::Key(item));
     });
+    BindDragAndDrop();
+    if (m_cmdUploadFiles)
+        connect(m_cmdUploadFiles, &QPushButton::clicked, this, [this] {
+            QTreeWidgetItem *local = m_tvwLocal ? m_tvwLocal->currentItem() : nullptr;
+            if (local && !g_boolSiteTreeDrag)
+                TransferToServer({local->data(0, Qt::UserRole).toString()}, m_tvwSiteTree->SelectedKey());
+        });
+    if (m_cmdDownloadFiles)
+        connect(m_cmdDownloadFiles, &QPushButton::clicked, this,
+                [this] { DownLoadFilesFromFTP_server(m_tvwSiteTree->SelectedKey()); });
+}
+
+// Drags out of the tree carry the node's forms; local files dropped on a
+// folder go up after the question.
+void CSiteTreeView::BindDragAndDrop()
+{
     m_tvwSiteTree->dragData = [this](QTreeWidgetItem *item) { return DragData(item); };
     m_tvwSiteTree->dragEnded = [] { g_boolSiteTreeDrag = false; };
     m_tvwSiteTree->acceptsDrop = [](const QMimeData *data, QTreeWidgetItem *item) {
@@ -125,22 +155,6 @@ long CSiteTreeView::init(QWidget *frmVindrell_p)
         if (!local.isEmpty())
             TransferToServer(local, target);
     };
-    if (m_cmdUploadFiles)
-        connect(m_cmdUploadFiles, &QPushButton::clicked, this, [this] {
-            QTreeWidgetItem *local = m_tvwLocal ? m_tvwLocal->currentItem() : nullptr;
-            if (local && !g_boolSiteTreeDrag)
-                TransferToServer({local->data(0, Qt::UserRole).toString()}, m_tvwSiteTree->SelectedKey());
-        });
-    if (m_cmdDownloadFiles)
-        connect(m_cmdDownloadFiles, &QPushButton::clicked, this,
-                [this] { DownLoadFilesFromFTP_server(m_tvwSiteTree->SelectedKey()); });
-    QTreeWidgetItem *root = m_tvwSiteTree->RootNode();
-    if (root && SiteTreeWidget::Key(root) == SiteTreeKeys::CurrentRootKey())
-        return 1;
-    const long filled = PopulateTree();
-    if (filled == 0)
-        MError::ShowError();
-    return filled == 0 ? 0 : 1;
 }
 
 long CSiteTreeView::PopulateTree()
@@ -602,7 +616,7 @@ long CSiteTreeView::OpenFileInNotepad()
     CFTPS ftp;
     if (!folder.isValid() || ftp.SaveFile(AddressOf(key), local, true) != 1)
         return Fail(QStringLiteral("OpenFileInNotepad"));
-    m_editor.setProperty("key", key);
+    m_strEditorKey = key;
     if (!m_editor.Open(local))
         return Fail(QStringLiteral("OpenFileInNotepad"));
     return 1;

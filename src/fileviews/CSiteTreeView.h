@@ -72,6 +72,8 @@ public:
     static bool g_boolSiteTreeDrag;
 
 private:
+    void Bind(QWidget *frmVindrell_p);
+    void BindDragAndDrop();
     void Dispatch(const QString &strItem_p, const QString &strKey_p);
     void ApplyLimits(frmMenu &menu, const QString &strKey_p, bool boolFolder_p) const;
     void SetTransferButtons();
@@ -93,4 +95,5 @@ private:
     long m_lSiteIndex = -1;
     QPoint m_lastMouse;
     TextEditorRoundTrip m_editor;
+    QString m_strEditorKey; // the node of the file out in the editor
 };

@@ -73,6 +73,11 @@ protected:
         pane.show();
         pane.Open();
         ASSERT_GT(pane.tvwSiteTree->Count(), 0) << MError::ErrorDescription().toStdString();
+        // The pane opened again for the same site keeps its tree and reads
+        // nothing; its commands still run once.
+        servers().clearFtpLog();
+        pane.Open();
+        ASSERT_EQ(servers().ftpLog().size(), 0);
     }
     void TearDown() override
     {
