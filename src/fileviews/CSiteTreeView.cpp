@@ -13,6 +13,7 @@
 #include "objects/frmMenu.h"
 #include "platform/CReg.h"
 #include "platform/LocalFolders.h"
+#include "support/ErrorLog.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
@@ -528,14 +529,37 @@ long CSiteTreeView::DownLoadFilesFromFTP_server(const QString &strKey_p)
     QDir().mkpath(target);
     CFTPS ftp;
     long status = 0;
+    const bool unfit = DropUnfitNames(items);
     const long done = ftp.DownLoadFilesAndFolders(SiteTreeKeys::FolderAddress(strKey_p, Root()), items, target, status);
     if (done == 0)
         return Fail(QStringLiteral("DownLoadFilesFromFTP_server"));
-    if (done == 1 && !CaseTwinsUnder(items, target))
+    if (done == 1 && !unfit && !CaseTwinsUnder(items, target))
         return 1;
     if (done == 1)
         Tell(txtNotAllDownloaded, txtFileManagement);
     return -1;
+}
+
+// Names of the server that a local disk can't hold as they are (or that
+// some disk the user copies to next can't) stay on the server, each with a
+// line in the error log, and so does all below such a folder.
+bool CSiteTreeView::DropUnfitNames(QList<FILEITEM> &items_p)
+{
+    QStringList unfitFolders;
+    const qsizetype before = items_p.size();
+    items_p.removeIf([&unfitFolders](const FILEITEM &item) {
+        for (const QString &folder : std::as_const(unfitFolders))
+            if (item.strPath.startsWith(folder))
+                return true;
+        QString reason;
+        if (FileNameRules::LocalNameAcceptable(item.strName, reason))
+            return false;
+        ErrorLog::Append(52, QStringLiteral("Not downloaded, ") + reason, item.strPath);
+        if (item.lType == 0)
+            unfitFolders << item.strPath + QLatin1Char('/');
+        return true;
+    });
+    return items_p.size() != before;
 }
 
 // Two names of the server that differ only in case are one file on a

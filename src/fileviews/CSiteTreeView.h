@@ -84,6 +84,7 @@ private:
     long NewNameWithExtension(QString &strNew_p, const QString &strOld_p, bool boolStopOnNo_p);
     long ServerCount(const QString &strKey_p, QList<FILEITEM> &items_p, QString &strCounts_p);
     long SendBack(const QString &strLocal_p, const QString &strKey_p);
+    static bool DropUnfitNames(QList<FILEITEM> &items_p);
     bool CaseTwinsUnder(const QList<FILEITEM> &items_p, const QString &strLocal_p) const;
 
     QWidget *m_frmVindrell = nullptr;
