@@ -117,6 +117,19 @@ TEST_F(FtpControlSftpTest, WrongPasswordIsRefusedWith530)
     EXPECT_TRUE(ftp.ErrorDescription().startsWith(QLatin1String("530"))) << ftp.ErrorDescription().toStdString();
 }
 
+// A key file logs on with its passphrase in the password field; a wrong
+// passphrase is a refused login.
+TEST_F(FtpControlSftpTest, KeyFileLogsOnWithItsPassphrase)
+{
+    ftp.SshPrivateKey = servers().sftpUserKey();
+    ftp.Password = QString::fromLatin1(TestServers::SftpKeyPassphrase);
+    logon();
+    ftp.Logoff();
+    ftp.Password = QStringLiteral("not-the-passphrase");
+    EXPECT_EQ(ftp.Logon(), 0);
+    EXPECT_TRUE(ftp.ErrorDescription().startsWith(QLatin1String("530"))) << ftp.ErrorDescription().toStdString();
+}
+
 // Uploads, downloads, sizes, listings, renames, folders and deletes, with
 // the replies callers test and a trail that says what was done.
 TEST_F(FtpControlSftpTest, FilesAndFoldersKeepTheFtpContract)
