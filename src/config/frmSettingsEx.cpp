@@ -10,6 +10,7 @@
 #include "platform/CReg.h"
 #include "support/MError.h"
 #include "support/MResources.h"
+#include "support/StringIds.h"
 #include "support/UserQuestions.h"
 #include "transfer/FtpAddress.h"
 
@@ -223,7 +224,7 @@ QWidget *frmSettingsEx::BuildSitePane()
     txtBASEURL = AddField(pane, "txtBASEURL", txtFtpAddress, "010105.htm", txtTipFtp);
     cboFTPSecurity = new QComboBox(pane);
     cboFTPSecurity->setObjectName(QStringLiteral("cboFTPSecurity"));
-    cboFTPSecurity->addItems({L(txtPlain), L(txtExplicit), L(txtImplicit)});
+    cboFTPSecurity->addItems({L(txtPlain), L(txtExplicit), L(txtImplicit), L(StringIds::SftpChoice)});
     form->addRow(L(txtSecurity), cboFTPSecurity);
     txtUserID = AddField(pane, "txtUserID", txtUsername, "010106.htm", txtTipUser);
     txtPassWord = AddField(pane, "txtPassWord", txtPassword, "010107.htm", txtTipPassword);
@@ -691,9 +692,10 @@ void frmSettingsEx::WriteField(QLineEdit *field)
 // record keeps the choice.
 void frmSettingsEx::SecurityChanged(int index)
 {
-    static const QString schemes[] = {QString(), QStringLiteral("ftpes://"), QStringLiteral("ftps://")};
+    static const QString schemes[] = {QString(), QStringLiteral("ftpes://"), QStringLiteral("ftps://"),
+                                      QStringLiteral("sftp://")};
     const QString host = FtpAddress::Parse(txtBASEURL->text().trimmed(), true).host;
-    txtBASEURL->setText(schemes[qBound(0, index, 2)] + host);
+    txtBASEURL->setText(schemes[qBound(0, index, 3)] + host);
 }
 
 void frmSettingsEx::CheckChanged(QCheckBox *box)

@@ -68,5 +68,6 @@ enum : long {
     HostKeyQuestionTitle = 22306,
     HostKeyNotTrusted = 22307,
     HostKeyChanged = 22308,
+    SftpChoice = 22309, // the settings dialog's choice of SFTP
 };
 } // namespace StringIds
