@@ -6,7 +6,8 @@
 // normally needs no login of its own). The same rounds again with the FTP
 // server answering each command 50 ms late give entry_ms_rtt50 and
 // save_ms_rtt50: what a distant server costs; over explicit TLS on both
-// channels, entry_ms_rtt50_ftps and save_ms_rtt50_ftps.
+// channels, entry_ms_rtt50_ftps and save_ms_rtt50_ftps. save_ms_sftp is the
+// save over SFTP beside save_ms, with no delay (sftp_to_ftp_save).
 
 #include "BenchPage.h"
 #include "DemoSite.h"
@@ -29,11 +30,12 @@
 
 namespace {
 
-void writeStore(const TestServers &servers, bool tls = false)
+// protect: how the site's connection is protected, if at all.
+void writeStore(const TestServers &servers, void (*protect)(SiteRecord &, const TestServers &) = nullptr)
 {
     SiteRecord site = demoSiteRecord(servers);
-    if (tls)
-        useExplicitTls(site, servers);
+    if (protect)
+        protect(site, servers);
     MGlobalProjectObjects::URLDATA = {site};
     CPublicSettings().SetURLSettings();
     CReg browser;
@@ -137,7 +139,7 @@ int main(int argc, char **argv)
     std::printf("entry_ms_rtt50 %.1f ms\n", far.entry);
     std::printf("save_ms_rtt50 %.1f ms\n", far.save);
     // The same distant server over explicit TLS on both channels.
-    writeStore(servers, true);
+    writeStore(servers, useExplicitTls);
     servers.setFtpFaults({{QStringLiteral("delay_ms"), 50}});
     const Figures tls = Measure(window, servers, 3);
     servers.clearFtpFaults();
@@ -146,5 +148,12 @@ int main(int argc, char **argv)
     std::printf("entry_ms_rtt50_ftps %.1f ms\n", tls.entry);
     std::printf("save_ms_rtt50_ftps %.1f ms\n", tls.save);
     std::printf("ftps_to_plain_save %.2f\n", tls.save / far.save);
+    // The same site over SFTP, beside the plain FTP figure.
+    writeStore(servers, useSftp);
+    const Figures sftp = Measure(window, servers, 5);
+    if (!sftp.ok)
+        return 5;
+    std::printf("save_ms_sftp %.1f ms\n", sftp.save);
+    std::printf("sftp_to_ftp_save %.2f\n", sftp.save / plain.save);
     return 0;
 }
