@@ -183,6 +183,19 @@ TEST_F(FtpControlSftpTest, FilesAndFoldersKeepTheFtpContract)
     EXPECT_TRUE(trail.contains(QStringLiteral("1213 %1").arg(page.size()))) << trail.join(QLatin1Char('\n')).toStdString();
 }
 
+// A server that falls silent after the login ends the call with the
+// time-out, as over FTP.
+TEST_F(FtpControlSftpTest, ASilentServerTimesOut)
+{
+    logon();
+    servers().setFtpFaults({{QStringLiteral("sftp_silent_remove"), true}});
+    ftp.Timeout = 1;
+    EXPECT_EQ(ftp.DeleteFile(QStringLiteral("/www/index.htm")), 0);
+    servers().clearFtpFaults();
+    EXPECT_EQ(ftp.ErrorNumber(), ControlError::TimedOut) << ftp.ErrorDescription().toStdString();
+    EXPECT_FALSE(ftp.Connected());
+}
+
 // Raw text with no SFTP meaning is refused and never sent; MDTM answers
 // with the file's time as FTP servers give it.
 TEST_F(FtpControlSftpTest, RawCommandsWithoutSftpMeaningAreRefused)
