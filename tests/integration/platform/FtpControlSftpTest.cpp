@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -174,6 +175,11 @@ TEST_F(FtpControlSftpTest, FilesAndFoldersKeepTheFtpContract)
     EXPECT_TRUE(listed.contains(QStringLiteral("new folder/")));
     EXPECT_FALSE(listed.contains(QStringLiteral("./")) || listed.contains(QStringLiteral("../")));
     ASSERT_EQ(ftp.RemoveDirectory(QStringLiteral("new folder")), 1);
+    // Names travel quoted: a quote or a backslash in one stays in it.
+    const QString odd = QStringLiteral("say \"hi\" \\ bye");
+    ASSERT_EQ(ftp.MakeDirectory(odd), 1) << ftp.ErrorDescription().toStdString();
+    EXPECT_TRUE(QFileInfo(servers().webRoot() + QLatin1Char('/') + odd).isDir());
+    ASSERT_EQ(ftp.RemoveDirectory(odd), 1);
     ASSERT_EQ(ftp.DeleteFile(QStringLiteral("moved.htm")), 1);
     EXPECT_EQ(ftp.DeleteFile(QStringLiteral("moved.htm")), 0);
     EXPECT_TRUE(ftp.ErrorDescription().startsWith(QLatin1String("550")));
