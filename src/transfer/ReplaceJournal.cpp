@@ -25,13 +25,21 @@ QString ReplaceJournal::path()
     return LocalFolders::configFolder() + QStringLiteral("/replaces-under-way");
 }
 
-QList<ReplaceJournal::Entry> ReplaceJournal::load()
+// Read once per run and kept: this program is the only writer of its
+// journal (one instance per user), and every replace asks it.
+QList<ReplaceJournal::Entry> &ReplaceJournal::entries()
 {
-    QList<Entry> entries;
-    QFile file(path());
-    if (!file.open(QIODevice::ReadOnly))
+    static QString loadedFrom;
+    static QList<Entry> entries;
+    const QString file = path();
+    if (file == loadedFrom)
         return entries;
-    for (const QByteArray &line : file.readAll().split('\n')) {
+    loadedFrom = file;
+    entries.clear();
+    QFile journal(file);
+    if (!journal.open(QIODevice::ReadOnly))
+        return entries;
+    for (const QByteArray &line : journal.readAll().split('\n')) {
         const QList<QByteArray> fields = line.split('\t');
         if (fields.size() == 4)
             entries.append({decoded(fields[0]), decoded(fields[1]), decoded(fields[2]), decoded(fields[3])});
@@ -57,24 +65,24 @@ void ReplaceJournal::store(const QList<Entry> &entries)
 
 void ReplaceJournal::Add(const Entry &entry)
 {
-    QList<Entry> entries = load();
-    if (!entries.contains(entry)) {
-        entries.append(entry);
-        store(entries);
+    QList<Entry> &all = entries();
+    if (!all.contains(entry)) {
+        all.append(entry);
+        store(all);
     }
 }
 
 void ReplaceJournal::Remove(const Entry &entry)
 {
-    QList<Entry> entries = load();
-    if (entries.removeAll(entry) > 0)
-        store(entries);
+    QList<Entry> &all = entries();
+    if (all.removeAll(entry) > 0)
+        store(all);
 }
 
 QList<ReplaceJournal::Entry> ReplaceJournal::InFolder(const QString &server, const QString &folder)
 {
     QList<Entry> found;
-    for (const Entry &entry : load())
+    for (const Entry &entry : entries())
         if (entry.server == server && entry.folder == folder)
             found.append(entry);
     return found;

@@ -29,6 +29,6 @@ public:
 
 private:
     static QString path();
-    static QList<Entry> load();
+    static QList<Entry> &entries();
     static void store(const QList<Entry> &entries);
 };

@@ -72,13 +72,15 @@ bool SafeReplace::Run()
     m_abortSerial = FtpControl::AbortSerial();
     Act act = Act::Failed;
     if (LookFirst()) {
-        ReplaceJournal::Add(m_journal);
         act = m_straight ? WriteStraight() : Act::Failed;
-        if (!m_straight)
+        if (!m_straight) {
+            // Only the replace's temporary names can outlive a cut run.
+            ReplaceJournal::Add(m_journal);
             act = Do([this] { return Upload(); },
                      [this](const Listing &l) { return l.value(m_new).size == m_size; });
-        if (act == Act::Done && !m_straight)
-            act = PutInPlace();
+            if (act == Act::Done)
+                act = PutInPlace();
+        }
     }
     const CFTPS::Failure cause = m_ftp.m_failure;
     bool tidy = true;
