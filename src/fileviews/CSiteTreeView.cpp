@@ -14,6 +14,7 @@
 #include "platform/CReg.h"
 #include "platform/LocalFolders.h"
 #include "support/ErrorLog.h"
+#include "support/Hourglass.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
@@ -62,13 +63,6 @@ void Tell(long text, long title)
 {
     UserQuestions::MsgBox(L(text), UserQuestions::vbOKOnly, L(title));
 }
-
-// The hourglass for the length of a scope.
-struct Hourglass
-{
-    Hourglass() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~Hourglass() { QApplication::restoreOverrideCursor(); }
-};
 
 QString Setting(const char *key)
 {
@@ -131,10 +125,14 @@ void CSiteTreeView::Bind(QWidget *frmVindrell_p)
     if (m_cmdUploadFiles)
         connect(m_cmdUploadFiles, &QPushButton::clicked, this, [this] {
             QTreeWidgetItem *local = m_tvwLocal ? m_tvwLocal->currentItem() : nullptr;
-            if (local && !g_boolSiteTreeDrag)
+            // A node without a path is one that can't be sent (its name
+            // is no text); the local tree has said why.
+            if (local && !g_boolSiteTreeDrag && !local->data(0, Qt::UserRole).toString().isEmpty())
                 TransferToServer({local->data(0, Qt::UserRole).toString()}, m_tvwSiteTree->SelectedKey());
         });
-    if (m_cmdDownloadFiles)
+    // Beside a local tree the button fetches into its folder, which the
+    // local tree does; alone, it asks for a folder.
+    if (m_cmdDownloadFiles && !m_tvwLocal)
         connect(m_cmdDownloadFiles, &QPushButton::clicked, this,
                 [this] { DownLoadFilesFromFTP_server(m_tvwSiteTree->SelectedKey()); });
 }
@@ -566,7 +564,7 @@ bool CSiteTreeView::DropUnfitNames(QList<FILEITEM> &items_p)
 // local disk that can't tell them apart: the batch kept the first and
 // skipped the second, which the user is told of. The disk is asked by a
 // probe, since a folder may lie on a disk of another kind.
-bool CSiteTreeView::CaseTwinsUnder(const QList<FILEITEM> &items_p, const QString &strLocal_p) const
+bool CSiteTreeView::CaseTwinsUnder(const QList<FILEITEM> &items_p, const QString &strLocal_p)
 {
     QTemporaryDir probe(strLocal_p + QStringLiteral("/.kelda-case-XXXXXX"));
     QFile mark(probe.path() + QStringLiteral("/a"));

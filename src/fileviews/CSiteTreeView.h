@@ -65,6 +65,13 @@ public:
     std::function<void(const QString &strAddress_p)> openPage;
     TextEditorRoundTrip &Editor() { return m_editor; }
 
+    // Takes out of a download the names a local disk can't hold as they
+    // are, and all below such a folder; whether it took any.
+    static bool DropUnfitNames(QList<FILEITEM> &items_p);
+    // Whether two names of a download were one file on the local folder's
+    // disk, which can't tell upper from lower case.
+    static bool CaseTwinsUnder(const QList<FILEITEM> &items_p, const QString &strLocal_p);
+
     // The id of the link or picture dragged out last, by which the page's
     // drop handler finds what arrived; and whether a drag out of the site
     // tree is under way.
@@ -84,8 +91,6 @@ private:
     long NewNameWithExtension(QString &strNew_p, const QString &strOld_p, bool boolStopOnNo_p);
     long ServerCount(const QString &strKey_p, QList<FILEITEM> &items_p, QString &strCounts_p);
     long SendBack(const QString &strLocal_p, const QString &strKey_p);
-    static bool DropUnfitNames(QList<FILEITEM> &items_p);
-    bool CaseTwinsUnder(const QList<FILEITEM> &items_p, const QString &strLocal_p) const;
 
     QWidget *m_frmVindrell = nullptr;
     SiteTreeWidget *m_tvwSiteTree = nullptr;

@@ -1,14 +1,17 @@
 #include "fileviews/SitePane.h"
 
+#include "fileviews/FileTreeWidget.h"
 #include "fileviews/SiteTreeKeys.h"
 #include "fileviews/SiteTreeWidget.h"
 #include "fileviews/frmAddPageWizard.h"
+#include "fileviews/frmTreeViewLocal.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "transfer/CFTPS.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 namespace {
@@ -22,7 +25,7 @@ QPushButton *Button(QWidget *parent, const char *name, long caption)
 }
 } // namespace
 
-SitePane::SitePane(QWidget *parent) : QWidget(parent), m_SiteTree(this)
+SitePane::SitePane(QWidget *parent) : QWidget(parent), m_SiteTree(this), m_LocalTree(this)
 {
     setObjectName(QStringLiteral("fmePages"));
     setMinimumWidth(260);
@@ -34,10 +37,18 @@ SitePane::SitePane(QWidget *parent) : QWidget(parent), m_SiteTree(this)
     auto *buttons = new QHBoxLayout;
     for (QPushButton *button : {cmdAddNewPage, cmdDownloadFiles, cmdUploadFiles})
         buttons->addWidget(button);
+    auto *site = new QWidget(this);
+    auto *siteColumn = new QVBoxLayout(site);
+    siteColumn->setContentsMargins(0, 0, 0, 0);
+    siteColumn->addWidget(tvwSiteTree);
+    siteColumn->addLayout(buttons);
+    LocalForm = new frmTreeViewLocal(this);
+    auto *split = new QSplitter(Qt::Vertical, this);
+    split->addWidget(site);
+    split->addWidget(LocalForm);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(tvwSiteTree);
-    layout->addLayout(buttons);
+    layout->addWidget(split);
     connect(cmdAddNewPage, &QPushButton::clicked, this, &SitePane::cmdAddNewPage_Click);
 }
 
@@ -48,6 +59,9 @@ void SitePane::Open()
         button->setEnabled(false);
     m_SiteTree.init(this);
     cmdAddNewPage->setEnabled(tvwSiteTree->Count() > 0);
+    // The local tree is read once; F5 and a download read a folder again.
+    if (LocalForm->tvwLocal->topLevelItemCount() == 0)
+        m_LocalTree.Init(this);
 }
 
 // With nothing selected, or a file, the new page goes into the folder

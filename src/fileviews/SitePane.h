@@ -1,15 +1,17 @@
 #pragma once
 
+#include "fileviews/CLocalTreeView.h"
 #include "fileviews/CSiteTreeView.h"
 
 #include <QWidget>
 
 class QPushButton;
 class SiteTreeWidget;
+class frmTreeViewLocal;
 
 // The site pane (fmePages): the tree of the site's files with its buttons
-// beneath it, "Add page" and the two transfer buttons. The local tree and
-// its button join it with the local files.
+// beneath it, "Add page" and the two transfer buttons, and under them the
+// tree of this computer's files; the two share the height by a splitter.
 class SitePane : public QWidget
 {
     Q_OBJECT
@@ -21,7 +23,9 @@ public:
     // another site than the one in use.
     void Open();
     CSiteTreeView &SiteTree() { return m_SiteTree; }
+    CLocalTreeView &LocalTree() { return m_LocalTree; }
     SiteTreeWidget *tvwSiteTree = nullptr;
+    frmTreeViewLocal *LocalForm = nullptr;
 
 private:
     void cmdAddNewPage_Click();
@@ -30,4 +34,5 @@ private:
     QPushButton *cmdDownloadFiles = nullptr;
     QPushButton *cmdUploadFiles = nullptr;
     CSiteTreeView m_SiteTree;
+    CLocalTreeView m_LocalTree;
 };

@@ -1,12 +1,7 @@
 #include "fileviews/SiteTreeWidget.h"
 
 #include <QApplication>
-#include <QDrag>
-#include <QDropEvent>
-#include <QKeyEvent>
-#include <QMimeData>
 #include <QStyle>
-#include <QTimer>
 
 const QString SiteTreeWidget::WaitPrefix = QStringLiteral("##wait_");
 
@@ -24,14 +19,8 @@ QIcon IconOf(int image)
 
 } // namespace
 
-SiteTreeWidget::SiteTreeWidget(QWidget *parent) : QTreeWidget(parent)
+SiteTreeWidget::SiteTreeWidget(QWidget *parent) : FileTreeWidget(parent)
 {
-    setHeaderHidden(true);
-    setColumnCount(1);
-    setDragEnabled(true);
-    setAcceptDrops(true);
-    setDropIndicatorShown(true);
-    setSelectionMode(QAbstractItemView::SingleSelection);
     connect(this, &QTreeWidget::itemExpanded, this, &SiteTreeWidget::OnExpanded);
     connect(this, &QTreeWidget::itemCollapsed, this, &SiteTreeWidget::OnCollapsed);
 }
@@ -75,27 +64,6 @@ void SiteTreeWidget::Unindex(QTreeWidgetItem *item)
     m_index.remove(Key(item));
     for (int i = 0; i < item->childCount(); ++i)
         Unindex(item->child(i));
-}
-
-QString SiteTreeWidget::Key(const QTreeWidgetItem *item)
-{
-    return item ? item->data(0, KeyRole).toString() : QString();
-}
-
-int SiteTreeWidget::Image(const QTreeWidgetItem *item)
-{
-    return item ? item->data(0, ImageRole).toInt() : 0;
-}
-
-bool SiteTreeWidget::IsFolder(const QTreeWidgetItem *item)
-{
-    const int image = Image(item);
-    return image == 1 || image == 2;
-}
-
-QString SiteTreeWidget::SelectedKey() const
-{
-    return Key(currentItem());
 }
 
 void SiteTreeWidget::ClearNodes()
@@ -162,74 +130,3 @@ void SiteTreeWidget::OnCollapsed(QTreeWidgetItem *item)
     ResetFolder(Key(item));
 }
 
-void SiteTreeWidget::mousePressEvent(QMouseEvent *event)
-{
-    QTreeWidget::mousePressEvent(event);
-    emit MousePressed(event->button(), event->position().toPoint());
-}
-
-void SiteTreeWidget::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_F5) {
-        emit RefreshPressed();
-        return;
-    }
-    QTreeWidget::keyPressEvent(event);
-}
-
-void SiteTreeWidget::startDrag(Qt::DropActions)
-{
-    QTreeWidgetItem *item = currentItem();
-    if (!item || !dragData)
-        return;
-    QMimeData *data = dragData(item);
-    if (!data)
-        return;
-    auto *drag = new QDrag(this);
-    drag->setMimeData(data);
-    m_dragging = true;
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
-    m_dragging = false;
-    if (dragEnded)
-        dragEnded();
-}
-
-bool SiteTreeWidget::Accepts(const QMimeData *data, const QPoint &at)
-{
-    if (m_dragging || !acceptsDrop)
-        return false;
-    QTreeWidgetItem *item = itemAt(at);
-    if (item)
-        setCurrentItem(item);
-    return acceptsDrop(data, item);
-}
-
-void SiteTreeWidget::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (!m_dragging && event->mimeData()->hasUrls())
-        event->acceptProposedAction();
-    else
-        event->ignore();
-}
-
-void SiteTreeWidget::dragMoveEvent(QDragMoveEvent *event)
-{
-    if (Accepts(event->mimeData(), event->position().toPoint()))
-        event->acceptProposedAction();
-    else
-        event->ignore();
-}
-
-void SiteTreeWidget::dropEvent(QDropEvent *event)
-{
-    const QPoint at = event->position().toPoint();
-    if (!Accepts(event->mimeData(), at) || !dropped) {
-        event->ignore();
-        return;
-    }
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    const QList<QUrl> urls = event->mimeData()->urls();
-    const QString target = Key(itemAt(at));
-    QTimer::singleShot(0, this, [this, urls, target] { dropped(urls, target); });
-}

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "fileviews/FileTreeWidget.h"
 #include "transfer/DirTreeNodes.h"
 
 #include <QHash>
-#include <QTreeWidget>
-#include <QUrl>
 
 #include <functional>
 
@@ -15,15 +14,12 @@
 // folder puts the "Wait..." child back, so the next opening lists it
 // afresh and shows what changed on the server meanwhile.
 //
-// Each item carries its key and its image (the kind of file, FilePictures)
-// in its data.
-class SiteTreeWidget : public QTreeWidget, public DirTreeNodes
+// An item's image is the kind of file (FilePictures).
+class SiteTreeWidget : public FileTreeWidget, public DirTreeNodes
 {
     Q_OBJECT
 
 public:
-    static constexpr int KeyRole = Qt::UserRole;
-    static constexpr int ImageRole = Qt::UserRole + 1;
     static const QString WaitPrefix;
 
     explicit SiteTreeWidget(QWidget *parent = nullptr);
@@ -34,12 +30,8 @@ public:
     long Count() const override { return long(m_index.size()); }
 
     QTreeWidgetItem *Node(const QString &key) const { return m_index.value(key); }
-    static QString Key(const QTreeWidgetItem *item);
-    static int Image(const QTreeWidgetItem *item);
-    static bool IsFolder(const QTreeWidgetItem *item);
     // The first node: the site's root.
     QTreeWidgetItem *RootNode() const { return topLevelItem(0); }
-    QString SelectedKey() const;
     void ClearNodes();
 
     // Lists the folder of a key into the tree; its status. -2 (the server
@@ -53,34 +45,10 @@ public:
     // ResetFolder, then open it, which lists it.
     void Reread(const QString &key);
 
-    // Drags out of the tree and drops on it, decided by the view that owns
-    // the tree. A drag that began in this tree is never dropped on it.
-    std::function<QMimeData *(QTreeWidgetItem *)> dragData;
-    std::function<void()> dragEnded;
-    std::function<bool(const QMimeData *, QTreeWidgetItem *)> acceptsDrop;
-    // A drop runs after the drag has ended, so that the source is not held
-    // while the files travel.
-    std::function<void(const QList<QUrl> &, const QString &targetKey)> dropped;
-    bool DragFromHere() const { return m_dragging; }
-
-signals:
-    // Mouse presses on the tree, with the point in the viewport.
-    void MousePressed(Qt::MouseButton button, const QPoint &at);
-    void RefreshPressed();
-
-protected:
-    void mousePressEvent(QMouseEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void startDrag(Qt::DropActions supportedActions) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dragMoveEvent(QDragMoveEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
-
 private:
     void OnExpanded(QTreeWidgetItem *item);
     void OnCollapsed(QTreeWidgetItem *item);
     void Unindex(QTreeWidgetItem *item);
-    bool Accepts(const QMimeData *data, const QPoint &at);
 
     QHash<QString, QTreeWidgetItem *> m_index;
     Filler m_fill;
@@ -88,6 +56,5 @@ private:
     // the listing ends: one by one, each would lay out the view anew.
     QTreeWidgetItem *m_fillTarget = nullptr;
     QList<QTreeWidgetItem *> m_pending;
-    bool m_dragging = false;
     bool m_filling = false;
 };

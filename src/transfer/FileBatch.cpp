@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cstdio>
+
 namespace {
 QString Join(const QString &folder, const QString &name)
 {
@@ -268,25 +270,29 @@ long FileBatch::DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FI
     return End(1, lStatus_p);
 }
 
-// A local file of that name is kept as it is: the item is logged and
-// skipped. The file is written under a name of its own beside it and
-// renamed when whole, so a cut or cancelled transfer leaves nothing under
-// the file's name. It is not forced to the disk on the way, which costs
-// more than the transfer of a small file: a batch is one of many files
-// that a second run fetches again.
-FileBatch::Step FileBatch::Download(const QString &remote, const QString &local, const QString &name)
+// A local file of that name is kept, replaced or joined by the new one
+// under a free name, as the question (or, without one, the rule: kept)
+// decides. The file is written under a name of its own beside it and put
+// in place when whole, so a cut or cancelled transfer, or a disk that fills
+// up, leaves nothing under the file's name and a replaced file as it was.
+// It is not forced to the disk on the way, which costs more than the
+// transfer of a small file: a batch is one of many files that a second run
+// fetches again.
+FileBatch::Step FileBatch::Download(const QString &remote, const QString &strLocal_p, const QString &name)
 {
     const QString position = QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders ") + remote;
-    if (QFileInfo::exists(local)) {
-        ErrorLog::Append(58, QStringLiteral("File already exists: ") + local, position);
-        return Step::Skipped;
-    }
+    QString local = strLocal_p;
+    bool replace = false;
+    const Step settled = Settle(local, replace, position);
+    if (settled != Step::Done)
+        return settled;
     FtpControl &ftp = m_ftp.Ftp();
     if (!GoTo(remote.left(remote.lastIndexOf(QLatin1Char('/')))))
         return Judge(position);
     QFile part(PartName(local));
     if (!QDir().mkpath(QFileInfo(local).path()) || !part.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
+        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local + QStringLiteral(": ") + part.errorString(),
+                                position);
         return Step::Failed;
     }
     bool written = true;
@@ -302,15 +308,69 @@ FileBatch::Step FileBatch::Download(const QString &remote, const QString &local,
     ftp.LocalFile.clear();
     const bool done = m_ftp.Capture(ftp.Download());
     QObject::disconnect(data);
+    // The last bytes reach the disk only here: a full disk may refuse them.
+    written = written && part.flush();
+    const QString why = part.errorString();
     part.close();
-    if (done && written && part.rename(local))
+    if (done && written && PutInPlace(part.fileName(), local, replace))
         return Step::Done;
     part.remove();
     if (done || !written) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
+        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local + QStringLiteral(": ") + why, position);
         return Step::Failed;
     }
     return Judge(position);
+}
+
+// Where the file goes when its name is taken: Done to go on (local may now
+// hold a free name, or replace be set), or the step that ends the item.
+FileBatch::Step FileBatch::Settle(QString &local, bool &replace, const QString &position)
+{
+    const QFileInfo there(local);
+    if (!there.exists() && !there.isSymLink())
+        return Step::Done;
+    // Only a plain file is offered for replacing: never a folder, never
+    // what a link points to.
+    const QString free = FreeName(local);
+    const Existing answer = m_existing && there.isFile() && !there.isSymLink() ? m_existing(local, free) : Existing::Skip;
+    switch (answer) {
+    case Existing::Replace:
+        replace = true;
+        return Step::Done;
+    case Existing::Rename:
+        local = free;
+        return Step::Done;
+    case Existing::Cancel:
+        return Step::Cancelled;
+    case Existing::Skip:
+        break;
+    }
+    ErrorLog::Append(58, QStringLiteral("File already exists: ") + local, position);
+    return Step::Skipped;
+}
+
+// A rename over a file swaps it in one step: the old file stands until the
+// new one takes its place.
+bool FileBatch::PutInPlace(const QString &part, const QString &local, bool replace)
+{
+    if (!replace)
+        return QFile::rename(part, local);
+    return ::rename(QFile::encodeName(part).constData(), QFile::encodeName(local).constData()) == 0;
+}
+
+QString FileBatch::FreeName(const QString &strLocal_p)
+{
+    const QFileInfo info(strLocal_p);
+    const QString name = info.fileName();
+    // A leading dot starts a hidden name, not an extension.
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString stem = dot > 0 ? name.left(dot) : name;
+    const QString extension = dot > 0 ? name.mid(dot) : QString();
+    for (int n = 2;; ++n) {
+        const QString free = info.path() + QLatin1Char('/') + stem + QStringLiteral(" (%1)").arg(n) + extension;
+        if (!QFileInfo::exists(free) && !QFileInfo(free).isSymLink())
+            return free;
+    }
 }
 
 // A name beside the file that no listing gives (a listed name holds no

@@ -7,6 +7,8 @@
 #include <QSet>
 #include <QString>
 
+#include <functional>
+
 class CFTPS;
 
 // Batches of files and folders on one session and under one progress
@@ -31,6 +33,17 @@ public:
     long DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FILEITEM> &items_p,
                                  const QString &strLocalTarget_p, long &lStatus_p);
 
+    // What a download does with a file that is on the local disk already.
+    // Without a question the local file is kept and the item logged and
+    // skipped; with one, the user decides file by file. The batch knows no
+    // windows: the question is the caller's.
+    enum class Existing { Replace, Skip, Rename, Cancel };
+    // Asked with the local file and the name a Rename gives the new one.
+    using ExistingFileQuestion = std::function<Existing(const QString &strLocal_p, const QString &strFreeName_p)>;
+    void SetExistingFileQuestion(ExistingFileQuestion question) { m_existing = std::move(question); }
+    // "name (2).ext", or the first number after it that is free.
+    static QString FreeName(const QString &strLocal_p);
+
     // The path below strFolder_p that strRelative_p names, or "" when it
     // would lead out of it (a "..", an absolute path, a link on the way).
     static QString LocalPathInside(const QString &strFolder_p, const QString &strRelative_p);
@@ -43,6 +56,8 @@ private:
     Step Upload(const QString &folder, const QString &relative, const FILEITEM &item);
     Step MakeFolder(const QString &folder, const QString &relative);
     Step Download(const QString &remote, const QString &local, const QString &name);
+    Step Settle(QString &local, bool &replace, const QString &position);
+    static bool PutInPlace(const QString &part, const QString &local, bool replace);
     Step Judge(const QString &position);
     bool CancelPressed() const;
     bool GoTo(const QString &folder);
@@ -56,4 +71,5 @@ private:
     // there yet is written straight under its name, a file that is goes
     // through the whole replace.
     QHash<QString, QSet<QString>> m_names;
+    ExistingFileQuestion m_existing;
 };

@@ -3,7 +3,6 @@
 
 #include "fileviews/FileNameRules.h"
 #include "fileviews/LocalFileCount.h"
-#include "fileviews/MTreeViewTypes.h"
 #include "fileviews/ServerFolderPaths.h"
 
 #include <QDir>
@@ -63,14 +62,6 @@ TEST(ServerFolderPaths, TheUploadFolderStandsUnderTheFtpRoot)
     site.useremotef = QStringLiteral("1");
     site.remotefolder = QStringLiteral("/home/anna");
     EXPECT_EQ(ServerFolderPaths::UpLoadPath(QStringLiteral("/img"), site), QStringLiteral("/home/anna/www/img"));
-}
-
-TEST(MTreeViewTypes, SizesChangeUnitAboveAThousandAndAMillion)
-{
-    EXPECT_EQ(MTreeViewTypes::FormatSizeString(1000), QStringLiteral("1000 byte"));
-    EXPECT_EQ(MTreeViewTypes::FormatSizeString(1001), QStringLiteral("1.00 kB"));
-    EXPECT_EQ(MTreeViewTypes::FormatSizeString(1000000), QStringLiteral("1000.00 kB"));
-    EXPECT_EQ(MTreeViewTypes::FormatSizeString(2500000), QStringLiteral("2.50 MB"));
 }
 
 // A folder and a file from elsewhere: two batches, each with its folder
