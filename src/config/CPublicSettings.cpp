@@ -145,6 +145,7 @@ bool CPublicSettings::ReadRecord(const QString &version, long index, SiteRecord 
                                                 QStringLiteral("False")));
         r.tlsfingerprint = CReg::GetSetting(kSettings, QStringLiteral("tlscert%1").arg(index));
         r.tlskeypin = CReg::GetSetting(kSettings, QStringLiteral("tlspin%1").arg(index));
+        r.sshkey = CReg::GetSetting(kSettings, QStringLiteral("sshkey%1").arg(index));
     } else {
         r.automode.clear(); // the older format has no such value
     }
@@ -248,6 +249,7 @@ long CPublicSettings::WriteRecord(const SiteRecord &record, long index)
     return CReg::SaveSetting(kSettings, QStringLiteral("isnew%1").arg(index), boolText(record.isnew))
         && CReg::SaveSetting(kSettings, QStringLiteral("wwwalias%1").arg(index), boolText(record.wwwalias))
         && WriteTrustedCertificate(record, index);
+        && (record.sshkey.isEmpty() || CReg::SaveSetting(kSettings, QStringLiteral("sshkey%1").arg(index), record.sshkey))
 }
 
 // Written only for a site that has one: the section was emptied before.

@@ -45,6 +45,11 @@ struct SiteRecord
     // checks before the login. Empty when none.
     QString tlsfingerprint;
     QString tlskeypin;
+    // For an sftp:// site: the private key file that logs on, a path on this
+    // computer; the password field then holds its passphrase (asked for at
+    // logon when empty or wrong). Never carried by a settings file: the key
+    // stays where the user keeps it.
+    QString sshkey;
 };
 
 // The proxy and firewall block of the store's section Proxy; members are

@@ -7,6 +7,7 @@
 #include "config/frmActivateHow.h"
 #include "config/frmSettingsHelp.h"
 #include "fileviews/SiteFileDialogs.h"
+#include "config/SshKeyField.h"
 #include "platform/CReg.h"
 #include "support/MError.h"
 #include "support/MResources.h"
@@ -230,6 +231,12 @@ QWidget *frmSettingsEx::BuildSitePane()
     txtPassWord = AddField(pane, "txtPassWord", txtPassword, "010107.htm", txtTipPassword);
     txtPassWord->setEchoMode(QLineEdit::Password);
     lblStatusCheck = new QLabel(pane);
+    m_sshKey = new SshKeyField(pane);
+    form->addRow(L(StringIds::SshKeyFile), m_sshKey);
+    connect(m_sshKey, &SshKeyField::PathChanged, this, [this](const QString &path) {
+        if (!m_boolLoading && OnSite())
+            Site().sshkey = path;
+    });
     lblStatusCheck->setObjectName(QStringLiteral("lblStatusCheck"));
     imgStatus = new QLabel(pane);
     auto *status = new QHBoxLayout;
@@ -576,6 +583,8 @@ void frmSettingsEx::FillSite(const SiteRecord &site)
         field.first->setText(field.second);
         m_lastGood[field.first] = field.second;
     }
+    m_sshKey->SetPath(site.sshkey);
+    m_sshKey->setEnabled(cboFTPSecurity->currentIndex() == FtpAddress::Sftp);
     cboFTPSecurity->setCurrentIndex(FtpAddress::Parse(site.baseurl, true).security);
     chkUseRemoteFolder->setChecked(site.useremotef == QLatin1String("1"));
     txtRemoteFolder->setEnabled(chkUseRemoteFolder->isChecked());
@@ -674,6 +683,7 @@ void frmSettingsEx::WriteField(QLineEdit *field)
     } else if (field == txtBASEURL) {
         site.baseurl = text;
         const QSignalBlocker quiet(cboFTPSecurity);
+        m_sshKey->setEnabled(cboFTPSecurity->currentIndex() == FtpAddress::Sftp);
         cboFTPSecurity->setCurrentIndex(FtpAddress::Parse(text, true).security);
     } else if (field == txtUserID) {
         site.userid = text;

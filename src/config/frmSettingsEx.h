@@ -12,6 +12,7 @@ class QComboBox;
 class QLabel;
 class QLayout;
 class QLineEdit;
+class SshKeyField;
 class QPushButton;
 class QRadioButton;
 class QStackedWidget;
@@ -109,6 +110,7 @@ private:
     QLineEdit *txtUserID = nullptr;
     QLineEdit *txtPassWord = nullptr;
     QCheckBox *chkUseRemoteFolder = nullptr;
+    SshKeyField *m_sshKey = nullptr;
     QLineEdit *txtRemoteFolder = nullptr;
     QLabel *lblRemotePath = nullptr;
     QCheckBox *chkUseAbsoluteFTPPaths = nullptr;

@@ -1130,7 +1130,7 @@ QSet<QByteArray> &FtpControl::refusedLogons()
 QByteArray FtpControl::logonKey() const
 {
     const QString key = RemoteHost + QLatin1Char('\n') + QString::number(RemotePort) + QLatin1Char('\n') + User
-                        + QLatin1Char('\n') + Password;
+                        + QLatin1Char('\n') + Password + QLatin1Char('\n') + SshPrivateKey;
     return QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256);
 }
 

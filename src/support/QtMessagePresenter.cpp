@@ -6,6 +6,7 @@
 #include "support/UserQuestions.h"
 
 #include <QApplication>
+#include <QInputDialog>
 #include <QMessageBox>
 
 namespace {
@@ -53,6 +54,18 @@ long show(const QString &prompt, long style, const QString &title)
                                                      : UserQuestions::DefaultAnswer(style);
 }
 
+long ask(const QString &prompt, const QString &title, bool secret, QString &text)
+{
+    bool ok = false;
+    const QString typed = QInputDialog::getText(QApplication::activeWindow(),
+                                                title.isEmpty() ? MResources::LoadResourceString(1) : title, prompt,
+                                                secret ? QLineEdit::Password : QLineEdit::Normal, text, &ok);
+    if (!ok)
+        return UserQuestions::vbCancel;
+    text = typed;
+    return UserQuestions::vbOK;
+}
+
 void showErrorDialog(const MError::DialogRequest &request)
 {
     frmErrorDialog dialog(QApplication::activeWindow());
@@ -64,5 +77,6 @@ void showErrorDialog(const MError::DialogRequest &request)
 void QtMessagePresenter::install()
 {
     UserQuestions::SetPresenter(show);
+    UserQuestions::SetInputPresenter(ask);
     MError::SetDialogPresenter(showErrorDialog);
 }

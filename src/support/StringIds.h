@@ -69,5 +69,13 @@ enum : long {
     HostKeyNotTrusted = 22307,
     HostKeyChanged = 22308,
     SftpChoice = 22309, // the settings dialog's choice of SFTP
+    // A key file that logs on to an SFTP server.
+    SshKeyFile = 22310,
+    SshKeyBrowse = 22311,
+    SshKeyTip = 22312,
+    SshKeyPassphrase = 22313,
+    SshKeyPassphraseTitle = 22314,
+    SshKeyUnreadable = 22315,
+    SshKeyChooseTitle = 22316,
 };
 } // namespace StringIds

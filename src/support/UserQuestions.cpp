@@ -6,6 +6,8 @@ namespace {
 struct State
 {
     UserQuestions::MsgBoxPresenter presenter;
+    UserQuestions::InputPresenter inputPresenter;
+    QStringList texts;
     bool scripted = false;
     QList<long> answers;
     QList<UserQuestions::Shown> shown;
@@ -47,6 +49,23 @@ long UserQuestions::MsgBox(const QString &prompt, long style, const QString &tit
     return DefaultAnswer(style);
 }
 
+long UserQuestions::InputBox(const QString &prompt, const QString &title, bool secret, QString &text)
+{
+    State &s = state();
+    if (s.scripted) {
+        s.shown.append({QStringLiteral("InputBox"), title, prompt, 0});
+        const long answer = NextScripted(vbCancel);
+        if (answer == vbOK)
+            text = s.texts.isEmpty() ? QString() : s.texts.takeFirst();
+        return answer;
+    }
+    if (s.inputPresenter)
+        return s.inputPresenter(prompt, title, secret, text);
+    // Nobody to type the text: the question counts as cancelled.
+    qWarning().noquote() << "question:" << title << prompt;
+    return vbCancel;
+}
+
 long UserQuestions::RunDialog(const QString &name, const QString &text, const std::function<long()> &show)
 {
     State &s = state();
@@ -59,6 +78,16 @@ long UserQuestions::RunDialog(const QString &name, const QString &text, const st
 void UserQuestions::SetPresenter(MsgBoxPresenter presenter)
 {
     state().presenter = std::move(presenter);
+}
+
+void UserQuestions::SetInputPresenter(InputPresenter presenter)
+{
+    state().inputPresenter = std::move(presenter);
+}
+
+void UserQuestions::ScriptTexts(const QStringList &texts)
+{
+    state().texts = texts;
 }
 
 void UserQuestions::Script(const QList<long> &answers)
@@ -74,6 +103,7 @@ void UserQuestions::EndScript()
 {
     state().scripted = false;
     state().answers.clear();
+    state().texts.clear();
 }
 
 bool UserQuestions::Scripted()

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -31,9 +32,16 @@ public:
     };
 
     using MsgBoxPresenter = std::function<long(const QString &prompt, long style, const QString &title)>;
+    // Asks for one line of text; returns vbOK with text filled in, or vbCancel.
+    using InputPresenter = std::function<long(const QString &prompt, const QString &title, bool secret, QString &text)>;
 
     // A message box; returns the answer (vbOK... vbNo).
     static long MsgBox(const QString &prompt, long style = vbOKOnly, const QString &title = QString());
+
+    // A line of text asked for, hidden as typed when secret (a password).
+    // Returns vbOK with text filled in, or vbCancel. Under a script the next
+    // scripted answer decides, and on vbOK the next scripted text is typed.
+    static long InputBox(const QString &prompt, const QString &title, bool secret, QString &text);
 
     // A modal dialog: show() runs it and returns its result. Under a script
     // the dialog is not shown; the next scripted answer is returned instead.
@@ -41,10 +49,12 @@ public:
 
     // Installed once by the GUI library at start.
     static void SetPresenter(MsgBoxPresenter presenter);
+    static void SetInputPresenter(InputPresenter presenter);
 
     // Test support: answers given in order; a question beyond them gets the
     // default answer of its style and counts as unanswered.
     static void Script(const QList<long> &answers);
+    static void ScriptTexts(const QStringList &texts);
     static void EndScript();
     static bool Scripted();
     static QList<Shown> ShownSoFar();

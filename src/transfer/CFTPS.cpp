@@ -6,6 +6,7 @@
 #include "support/ErrorLog.h"
 #include "support/MError.h"
 #include "support/MResources.h"
+#include "support/StringIds.h"
 #include "support/UserQuestions.h"
 #include "transfer/CertificateTrust.h"
 #include "transfer/FailureText.h"
@@ -15,6 +16,8 @@
 #include "transfer/SafeReplace.h"
 
 #include <QDateTime>
+#include <QDir>
+#include <QHash>
 #include <QFile>
 #include <QFileInfo>
 
@@ -69,6 +72,14 @@ constexpr int kRenameTries = 3;
 QString L(long id)
 {
     return MResources::LoadResourceString(id);
+}
+
+// Passphrases of key files typed at a logon, by key file, for the rest of
+// the run: each new session would otherwise ask again.
+QHash<QString, QString> &typedPassphrases()
+{
+    static QHash<QString, QString> typed;
+    return typed;
 }
 
 bool StartsWith(const QString &text, const char *prefix)
@@ -281,7 +292,8 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
     m_boolInitSession = false;
     const SiteRecord site = Record();
     const FtpAddress address = FtpAddress::Parse(site.baseurl, true);
-    const QString account = FtpSession::AccountKey(address.AccountHost(), site.userid, site.password);
+    // Another key file is another account, even with the same passphrase.
+    const QString account = FtpSession::AccountKey(address.AccountHost(), site.userid, site.password + site.sshkey);
     // A second logon of this client starts its session over; a first one
     // takes over another client's live connection to the account.
     if (Ftp().Connected() && m_session->Account() == account) {
@@ -296,15 +308,12 @@ long CFTPS::LogonRecord(long lIndex, const QString &strPosition)
         }
     }
     FirewallSetUp();
-    Ftp().Passive = site.passivemode;
-    address.ApplyTo(Ftp());
-    Ftp().TlsPinnedKey = site.tlskeypin;
-    Ftp().User = site.userid;
-    Ftp().Password = site.password;
-    Ftp().Timeout = ServerTimeout();
+    ApplyAccount(site);
     Ftp().Passive = site.passivemode;
     Ftp().DoEvents();
-    if (!Capture(Ftp().Logon()) && !TrustCertificate(lIndex, strPosition)) {
+    if (!KeyFileReadable(site, strPosition))
+        return Fail(strPosition);
+    if (!Capture(Ftp().Logon()) && !TrustCertificate(lIndex, strPosition) && !LogonWithPassphrase()) {
         if (m_failure.number == errNoInternet)
             MError::SetError(m_failure.number, m_failure.description, strPosition);
         return Fail(strPosition);
@@ -333,6 +342,60 @@ bool CFTPS::TrustCertificate(long lIndex, const QString &strPosition)
     return false;
 }
 
+// The site's account on the control: the address, the certificate pinned
+// for it, the user and his password, or for SFTP his key file with its
+// passphrase in the password.
+void CFTPS::ApplyAccount(const SiteRecord &site)
+{
+    const FtpAddress address = FtpAddress::Parse(site.baseurl, true);
+    address.ApplyTo(Ftp());
+    Ftp().TlsPinnedKey = site.tlskeypin;
+    Ftp().SshPrivateKey = Ftp().Sftp ? site.sshkey : QString();
+    Ftp().User = site.userid;
+    Ftp().Password = typedPassphrases().value(Ftp().SshPrivateKey, site.password);
+    Ftp().Timeout = ServerTimeout();
+}
+
+// A key file that is gone or unreadable would let the logon fall back to
+// the password quietly and fail with a refusal that names the wrong cause.
+bool CFTPS::KeyFileReadable(const SiteRecord &site, const QString &strPosition)
+{
+    const QString &path = Ftp().SshPrivateKey;
+    if (path.isEmpty())
+        return true;
+    QFile key(path);
+    if (key.open(QIODevice::ReadOnly))
+        return true;
+    m_failure = {ControlError::LoginRefused,
+                 MResources::LoadResourceString(StringIds::SshKeyUnreadable).arg(path, site.baseaddress, key.errorString())};
+    MError::SetErrorIfClear(m_failure.number, m_failure.description, strPosition);
+    return false;
+}
+
+// The server refused the logon by key file: the passphrase in the site's
+// password field was wrong or left empty on purpose, so that it is kept
+// nowhere. It is asked for, three times at most as ssh does; what is typed
+// serves this run only and is never written to the settings.
+bool CFTPS::LogonWithPassphrase()
+{
+    if (!Ftp().Sftp || Ftp().SshPrivateKey.isEmpty())
+        return false;
+    const QString prompt = MResources::LoadResourceString(StringIds::SshKeyPassphrase)
+                               .arg(QDir::toNativeSeparators(Ftp().SshPrivateKey), Record().baseaddress);
+    const QString title = MResources::LoadResourceString(StringIds::SshKeyPassphraseTitle);
+    for (int tries = 0; tries < 3 && StartsWith(m_failure.description, "530"); ++tries) {
+        QString typed;
+        if (UserQuestions::InputBox(prompt, title, true, typed) != UserQuestions::vbOK)
+            return false;
+        Ftp().Password = typed;
+        if (Capture(Ftp().Logon())) {
+            typedPassphrases().insert(Ftp().SshPrivateKey, typed);
+            return true;
+        }
+    }
+    return false;
+}
+
 long CFTPS::CloseDown()
 {
     if (Ftp().Connected())
@@ -356,12 +419,10 @@ long CFTPS::CanUsePassiveMode(long lIndex_p, bool &boolPassive_p)
         return 0;
     }
     const SiteRecord &site = sites[static_cast<size_t>(lIndex_p)];
-    FtpAddress::Parse(site.baseurl, true).ApplyTo(Ftp());
-    Ftp().TlsPinnedKey = site.tlskeypin;
-    Ftp().User = site.userid;
-    Ftp().Password = site.password;
+    ApplyAccount(site);
     Ftp().Passive = true;
-    Ftp().Timeout = ServerTimeout();
+    if (!KeyFileReadable(site, position))
+        return Fail(position);
 
     // Logon, then a listing, which needs a data connection. A data
     // connection that fails in passive mode is tried once more in active.

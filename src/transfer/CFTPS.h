@@ -178,6 +178,9 @@ private:
     bool ConnectionLost();
     bool Capture(long lResult);
     bool TrustCertificate(long lIndex, const QString &strPosition);
+    void ApplyAccount(const SiteRecord &site);
+    bool KeyFileReadable(const SiteRecord &site, const QString &strPosition);
+    bool LogonWithPassphrase();
     long Fail(const QString &strPosition);
     long Tell(const QString &strPosition_p, bool boolWriting_p, const QString &strAfter_p);
 

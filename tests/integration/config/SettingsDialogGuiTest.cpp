@@ -260,6 +260,34 @@ TEST_F(SettingsDialogGui, FieldsRefuseWhatTheStoreCantKeepAndEditsTakeTheActivat
 
 // Cancel after an add and a removal puts the old array back and writes it;
 // removing every site and applying leaves the placeholder.
+// The key file of an SFTP site: offered only for SFTP, a path with blanks
+// taken whole, and kept in the store with the site.
+TEST_F(SettingsDialogGui, AnSftpSiteKeepsItsKeyFileInTheStore)
+{
+    SiteRecord site;
+    site.baseaddress = servers().httpBase();
+    site.baseurl = QStringLiteral("127.0.0.1:%1").arg(servers().ftpPort());
+    site.userid = QStringLiteral("demo");
+    G::URLDATA = {site};
+    frmSettingsEx form;
+    form.show();
+    auto *tree = child<QTreeWidget>(&form, "TreeView1");
+    tree->setCurrentItem(tree->topLevelItem(0)->child(0));
+    auto *key = child<QLineEdit>(&form, "txtSshKey");
+    EXPECT_FALSE(key->isEnabled());
+    type(&form, "txtBASEURL", QStringLiteral("sftp://127.0.0.1:%1").arg(servers().sftpPort()));
+    ASSERT_TRUE(key->isEnabled());
+    const QString path = QStringLiteral("/home/anna/my keys/id_ed25519");
+    type(&form, "txtSshKey", path);
+    EXPECT_TRUE(UserQuestions::ShownSoFar().isEmpty()) << "a blank in the key's path is no error";
+    click(&form, "cmdOk");
+
+    G::URLDATA.clear();
+    CPublicSettings().GetURLSettings();
+    ASSERT_EQ(G::URLDATA.size(), 1u);
+    EXPECT_EQ(G::URLDATA.front().sshkey, path);
+}
+
 TEST_F(SettingsDialogGui, CancelRestoresTheCopyAndApplyOfNoSiteLeavesThePlaceholder)
 {
     SiteRecord site;

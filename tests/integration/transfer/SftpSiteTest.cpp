@@ -102,3 +102,33 @@ TEST_F(SftpSite, ASaveWithItsRevisionReplacesThePageByTwoRenames)
     const QStringList left = QDir(servers().webRoot() + QStringLiteral("/sftp")).entryList(QDir::Files);
     EXPECT_EQ(left.filter(QStringLiteral("kelda-")), QStringList());
 }
+
+// A key file whose passphrase is not in the site's password field: asked for
+// until right (the wrong one refused), then known for the rest of the run.
+// A key file that is gone is named in the error, and nothing is asked.
+TEST_F(SftpSite, AKeyFileLogsOnWithThePassphraseAskedFor)
+{
+    SshHostKeys().Trust(QStringLiteral("127.0.0.1"), servers().sftpPort(), QStringLiteral("ssh-ed25519"),
+                        servers().sftpHostKey());
+    SiteRecord site = MGlobalProjectObjects::URLDATA.front();
+    site.password.clear();
+    site.sshkey = servers().sftpUserKey();
+    useSites({site});
+    UserQuestions::Script({UserQuestions::vbOK, UserQuestions::vbOK});
+    UserQuestions::ScriptTexts({QStringLiteral("not-it"), QString::fromLatin1(TestServers::SftpKeyPassphrase)});
+    ASSERT_EQ(logon(), 1) << MError::ErrorDescription().toStdString();
+    const QList<UserQuestions::Shown> asked = UserQuestions::ShownSoFar();
+    ASSERT_EQ(asked.size(), 2);
+    EXPECT_TRUE(asked.first().text.contains(site.sshkey) && asked.first().text.contains(site.baseaddress))
+        << asked.first().text.toStdString();
+
+    UserQuestions::Script({});
+    EXPECT_EQ(logon(), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_TRUE(UserQuestions::ShownSoFar().isEmpty());
+
+    site.sshkey += QStringLiteral(".gone");
+    useSites({site});
+    EXPECT_EQ(logon(), 0);
+    EXPECT_TRUE(UserQuestions::ShownSoFar().isEmpty());
+    EXPECT_TRUE(MError::ErrorDescription().contains(site.sshkey)) << MError::ErrorDescription().toStdString();
+}
