@@ -9,7 +9,6 @@
 #include "platform/WebBrowser.h"
 #include "support/MError.h"
 
-#include <QDropEvent>
 #include <QMimeData>
 
 #include <gtest/gtest.h>
@@ -19,17 +18,6 @@
 using namespace fileviews_test;
 
 namespace {
-
-// The drag as the window system delivers it over the page, then the drop.
-void dropOn(QWidget *target, QMimeData *data, const QPoint &at)
-{
-    QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(target, &enter);
-    QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(target, &move);
-    QDropEvent drop(at, Qt::CopyAction, data, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(target, &drop);
-}
 
 QString body(WebBrowser &browser)
 {

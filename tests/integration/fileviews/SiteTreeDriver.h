@@ -10,15 +10,22 @@
 #include "fileviews/SitePane.h"
 #include "fileviews/SiteTreeKeys.h"
 #include "fileviews/SiteTreeWidget.h"
+#include "support/UserQuestions.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QDirIterator>
+#include <QDropEvent>
+#include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
+#include <stdexcept>
 
 namespace fileviews_test {
 
@@ -30,6 +37,47 @@ inline TestServers &servers()
 inline QString root()
 {
     return SiteTreeKeys::RootKey(servers().httpBase());
+}
+
+// A file of the site's folder on the servers' disk.
+inline QString web(const QString &relative)
+{
+    return servers().webRoot() + QLatin1Char('/') + relative;
+}
+
+// Writes a file, and the folders it needs.
+inline void put(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        throw std::runtime_error("the test could not write " + path.toStdString());
+}
+
+inline QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The files below a folder, by their paths in it, in name order.
+inline QStringList filesBelow(const QString &folder)
+{
+    QStringList out;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        out << QDir(folder).relativeFilePath(it.next());
+    out.sort();
+    return out;
+}
+
+// The texts of the questions and messages shown so far.
+inline QStringList texts()
+{
+    QStringList shown;
+    for (const UserQuestions::Shown &message : UserQuestions::ShownSoFar())
+        shown << message.text;
+    return shown;
 }
 
 // Runs act on the modal dialog of that name as soon as it shows.
@@ -67,6 +115,19 @@ inline bool waitFor(const std::function<bool()> &done, int ms = 20000)
     while (!done() && !deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     return done();
+}
+
+// A drag as the window system delivers it over a widget, then the drop.
+// Whether the widget took the drop.
+inline bool dropOn(QWidget *target, QMimeData *data, const QPoint &at)
+{
+    QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &enter);
+    QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &move);
+    QDropEvent drop(at, Qt::CopyAction, data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &drop);
+    return drop.isAccepted();
 }
 
 // The tree of a pane, reached by paths below the site.

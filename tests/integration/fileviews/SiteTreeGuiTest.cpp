@@ -26,37 +26,6 @@ using namespace fileviews_test;
 
 namespace {
 
-QString web(const QString &relative)
-{
-    return servers().webRoot() + QLatin1Char('/') + relative;
-}
-
-void put(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QStringList filesBelow(const QString &folder)
-{
-    QStringList out;
-    QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
-    while (it.hasNext())
-        out << QDir(folder).relativeFilePath(it.next());
-    out.sort();
-    return out;
-}
-
-QStringList texts()
-{
-    QStringList shown;
-    for (const UserQuestions::Shown &message : UserQuestions::ShownSoFar())
-        shown << message.text;
-    return shown;
-}
-
 class SiteTreeTest : public testing::Test
 {
 protected:
