@@ -99,8 +99,11 @@ void CLocalTreeView::Bind(QWidget *frmVindrell_p)
     if (m_cmbDrives)
         connect(m_cmbDrives, &QComboBox::activated, this, &CLocalTreeView::GoToRoot);
     if (m_cmdDownloadFiles)
+        // With a local file selected, the files come into its folder.
         connect(m_cmdDownloadFiles, &QPushButton::clicked, this, [this] {
             QTreeWidgetItem *target = m_tvwLocal->currentItem();
+            if (target && !TakesFiles(target) && Problem(target).isEmpty())
+                target = target->parent();
             if (TakesFiles(target))
                 FromSite(target);
         });
@@ -125,8 +128,7 @@ void CLocalTreeView::BindDragAndDrop()
 
 // ------------------------------------------------------------ the tree
 
-// The home folder stands where the system drive stood: the tree opens on
-// it, read.
+// The home folder is the main level: the tree opens on it, read.
 long CLocalTreeView::PopulateTree()
 {
     Hourglass wait;

@@ -3,6 +3,7 @@
 #include "cms/CMSTables.h"
 #include "fileviews/FileNameRules.h"
 #include "fileviews/LocalFileCount.h"
+#include "fileviews/LocalRoots.h"
 #include "fileviews/MTreeViewTypes.h"
 #include "fileviews/ServerFolderPaths.h"
 #include "fileviews/SiteFileDialogs.h"
@@ -47,7 +48,6 @@ constexpr long txtCreateFolder = 19600, txtCopyCaption = 19609, txtFileManagemen
                txtIndexFile = 19637, txtRenameLabel = 19638, txtNameTaken = 19639, txtFoldersAndSub = 19640,
                txtFilesDot = 19641, txtFoldersAndSubfolders = 19642, txtFilesAnd = 19643, txtFoldersQ = 19644,
                txtTarget = 19645;
-constexpr int kLocalDrive = 28;
 
 QString L(long id)
 {
@@ -125,10 +125,11 @@ void CSiteTreeView::Bind(QWidget *frmVindrell_p)
     if (m_cmdUploadFiles)
         connect(m_cmdUploadFiles, &QPushButton::clicked, this, [this] {
             QTreeWidgetItem *local = m_tvwLocal ? m_tvwLocal->currentItem() : nullptr;
-            // A node without a path is one that can't be sent (its name
-            // is no text); the local tree has said why.
-            if (local && !g_boolSiteTreeDrag && !local->data(0, Qt::UserRole).toString().isEmpty())
-                TransferToServer({local->data(0, Qt::UserRole).toString()}, m_tvwSiteTree->SelectedKey());
+            // Only a node with a path goes up: not "My computer", nor a
+            // name that is no text, of which the local tree has said why.
+            const QString path = local ? local->data(0, Qt::UserRole).toString() : QString();
+            if (path.startsWith(QLatin1Char('/')) && !g_boolSiteTreeDrag)
+                TransferToServer({path}, m_tvwSiteTree->SelectedKey());
         });
     // Beside a local tree the button fetches into its folder, which the
     // local tree does; alone, it asks for a folder.
@@ -212,8 +213,8 @@ void CSiteTreeView::SetTransferButtons()
     const int localImage = local ? local->data(0, Qt::UserRole + 1).toInt() : 0;
     const bool localFolder = localImage == 1 || localImage == 2;
     const bool siteFolder = SiteTreeWidget::IsFolder(site);
-    const bool match = site && local
-                       && ((siteFolder && localImage != kLocalDrive) || (!siteFolder && !localFolder && localImage != kLocalDrive));
+    const bool drive = LocalRoots::IsDriveImage(localImage);
+    const bool match = site && local && !drive && (siteFolder || !localFolder);
     if (m_cmdUploadFiles)
         m_cmdUploadFiles->setEnabled(match);
     if (m_cmdDownloadFiles)
