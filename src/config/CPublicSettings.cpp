@@ -184,6 +184,7 @@ void CPublicSettings::ReadGlobals()
     p.serverSOCKSUser = text(QStringLiteral("serverSOCKSUser"));
     p.serverSOCKSPassWord = text(QStringLiteral("serverSOCKSPassWord"));
     p.serverSOCKSServerType = text(QStringLiteral("serverSOCKSServerType"));
+    MGlobalProjectObjects::ApplyEngineProxy();
 
     G::useSpellCheck = flag(QStringLiteral("Spell"), QStringLiteral("useSpellCheck"));
     G::AdvancedUserSettings = readNumber(QStringLiteral("AdvancedUserSettings"));

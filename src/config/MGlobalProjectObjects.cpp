@@ -1,5 +1,6 @@
 #include "config/MGlobalProjectObjects.h"
 
+#include "platform/EngineProxy.h"
 #include "platform/HttpControl.h"
 
 std::vector<SiteRecord> MGlobalProjectObjects::URLDATA;
@@ -29,4 +30,15 @@ void MGlobalProjectObjects::ApplyHttpProxy(HttpControl &http)
         http.ProxyUser = Proxy.serverHTTPUser;
         http.ProxyPassword = Proxy.serverHTTPPassword;
     }
+}
+
+void MGlobalProjectObjects::ApplyEngineProxy()
+{
+    if (!Proxy.use) {
+        EngineProxy::Use(QString(), 0, QString(), QString());
+        return;
+    }
+    const bool password = Proxy.useHTTPpassword;
+    EngineProxy::Use(Proxy.serverHTTPname, Proxy.serverHTTPPort.toInt(), password ? Proxy.serverHTTPUser : QString(),
+                     password ? Proxy.serverHTTPPassword : QString());
 }

@@ -88,6 +88,8 @@ public:
     // Points an HTTP control at the user's HTTP proxy, with its password,
     // when the settings say to use one.
     static void ApplyHttpProxy(HttpControl &http);
+    // Points the page engine at the same HTTP proxy, or at none.
+    static void ApplyEngineProxy();
 
     // Global settings read with the site records.
     static ProxySettings Proxy;

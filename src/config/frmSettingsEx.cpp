@@ -5,6 +5,7 @@
 #include "config/CSettingsFile.h"
 #include "config/CSettingsFileDrop.h"
 #include "config/frmActivateHow.h"
+#include "config/frmProxySettings.h"
 #include "config/frmSettingsHelp.h"
 #include "fileviews/SiteFileDialogs.h"
 #include "config/SshKeyField.h"
@@ -51,7 +52,7 @@ enum Text : long {
     txtTipRoot = 14858, txtTipMode = 14859, txtHelp = 14860, txtLanguage = 14863, txtPath = 14864,
     txtActive = 14865, txtPassive = 14866, txtApply = 14867, txtSecurity = 14868, txtPlain = 14869,
     txtExplicit = 14870, txtImplicit = 14871, txtWwwAlias = 14872, txtForget = 14873, txtBadPassword = 14874,
-    txtImport = 14875, txtExport = 14876, txtProxyLater = 14877, txtRestart = 14878, txtBack = 14879,
+    txtImport = 14875, txtExport = 14876, txtRestart = 14878, txtBack = 14879,
     txtSiteTree = 14880, txtUsername = 20400, txtPassword = 20435, txtSaveFolder = 13007
 };
 
@@ -295,11 +296,9 @@ QWidget *frmSettingsEx::BuildAdvancedSitePane()
     form->addRow(chkWwwAlias);
     cmdForgetCertificate = new QPushButton(L(txtForget), pane);
     cmdForgetCertificate->setObjectName(QStringLiteral("cmdForgetCertificate"));
-    // The proxy dialog comes with a later version of the program.
     auto *cmdProxy = new QPushButton(L(txtProxy), pane);
     cmdProxy->setObjectName(QStringLiteral("cmdProxy"));
-    cmdProxy->setEnabled(false);
-    cmdProxy->setToolTip(L(txtProxyLater));
+    connect(cmdProxy, &QPushButton::clicked, this, &frmSettingsEx::cmdProxy_Click);
     auto *cmdHideAdvanced = new QPushButton(L(txtBack), pane);
     cmdHideAdvanced->setObjectName(QStringLiteral("cmdHideAdvanced"));
     auto *actions = new QHBoxLayout;
@@ -853,6 +852,15 @@ void frmSettingsEx::cmdActivate_Click()
             TreeView1->scrollToItem(SitesNode()->child(i));
         }
     FillSite(Site());
+}
+
+// The proxy dialog tries its settings on the site shown, the one the user
+// wants to reach; the page engine follows what its OK set at once.
+void frmSettingsEx::cmdProxy_Click()
+{
+    const SiteRecord site = OnSite() ? Site() : SiteRecord();
+    if (frmProxySettings::Edit(this, site.baseaddress, site.baseurl, site.userid, site.password))
+        MGlobalProjectObjects::ApplyEngineProxy();
 }
 
 void frmSettingsEx::cmdForgetCertificate_Click()

@@ -80,6 +80,7 @@ private:
     void cmdSaveSiteToFile_Click();
     void cmdLoadSiteFromFile_Click();
     void cmdForgetCertificate_Click();
+    void cmdProxy_Click();
     void cboLangs_Click();
     void FieldChanged(QLineEdit *field);
     bool ValidateNoAsc32(QString &strLastGood_p, QLineEdit *field);

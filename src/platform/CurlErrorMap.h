@@ -28,6 +28,9 @@ constexpr long TlsRefused = 20162;
 // from the key trusted for the server.
 constexpr long HostKeyUnknown = 20163;
 constexpr long HostKeyChanged = 20164;
+// The firewall refused: a password, a tunnel, a SOCKS request, or active
+// mode, which no proxy carries. The description says which.
+constexpr long FirewallRefused = 20165;
 } // namespace ControlError
 
 // Maps the network-level failures of libcurl, which both controls share.

@@ -1,6 +1,7 @@
 #include "FtpControl.h"
 
 #include "CurlErrorMap.h"
+#include "FirewallFailure.h"
 #include "FtpListParser.h"
 #include "MlsdParser.h"
 #include "SftpCommands.h"
@@ -251,6 +252,7 @@ struct FtpCallbacks
         // The trace may be shown or logged: no password, proxy credentials
         // (an HTTP tunnel's CONNECT comes through here too) or cookie in it.
         const QString shown = TraceScrubber::scrub(line);
+        noteTunnel(call, direction, line);
         if (direction == 0) {
             call.lastCommand = line.section(QLatin1Char(' '), 0, 0).toUpper();
             noteType(call, line);
@@ -263,6 +265,15 @@ struct FtpCallbacks
         }
         FtpControl *self = call.self;
         self->post([self, direction, shown] { emit self->PITrail(direction, shown); });
+    }
+
+    // FTP has no HTTP lines of its own: those in the trail are a tunnel's.
+    static void noteTunnel(FtpControl::Call &call, int direction, const QString &line)
+    {
+        if (direction == 0 && line.startsWith(QLatin1String("CONNECT ")))
+            call.connectTarget = line.section(QLatin1Char(' '), 1, 1);
+        else if (direction == 1 && line.startsWith(QLatin1String("HTTP/")))
+            call.connectReply = line;
     }
 
     // A login starts a connection in no transfer type; TYPE sets one.
@@ -492,6 +503,8 @@ void FtpControl::setCommonOptions(Call &call, const QString &url)
                                   .arg(QLatin1String(schemes[FirewallType]), FirewallHost)
                                   .arg(FirewallPort);
         curl_easy_setopt(h, CURLOPT_PROXY, proxy.toUtf8().constData());
+        // The firewall set here holds for every host, whatever no_proxy says.
+        curl_easy_setopt(h, CURLOPT_NOPROXY, "");
         curl_easy_setopt(h, CURLOPT_HTTPPROXYTUNNEL, FirewallType == 1 ? 1L : 0L);
         if (!FirewallUser.isEmpty()) {
             curl_easy_setopt(h, CURLOPT_PROXYUSERNAME, FirewallUser.toUtf8().constData());
@@ -568,6 +581,8 @@ long FtpControl::perform(Call &call, const QString &url,
 {
     if (m_busy)
         return fail(ControlError::Busy, QStringLiteral("Another call is running."));
+    if (!Passive && FirewallType != 0)
+        return fail(ControlError::FirewallRefused, FirewallFailure::ActiveModeRefused());
     if (refusedLogons().contains(logonKey())) {
         m_connected = false;
         return fail(ControlError::LoginRefused,
@@ -592,6 +607,7 @@ long FtpControl::perform(Call &call, const QString &url,
     long osErrno = 0;
     curl_easy_getinfo(m_curl, CURLINFO_OS_ERRNO, &osErrno);
     call.osErrno = osErrno;
+    curl_easy_getinfo(m_curl, CURLINFO_PROXY_ERROR, &call.socksError);
     curl_easy_reset(m_curl);
     if (call.listing)
         FtpCallbacks::listLines(call, nullptr, 0, true);
@@ -684,6 +700,11 @@ long FtpControl::finish(Call &call, int result)
         return fail(number, QStringLiteral("The host key of %1 (%2 %3) is not the one trusted.")
                                 .arg(RemoteHost, call.keyType, call.keyFingerprint));
     }
+    if (const QString firewall = firewallFailure(call); !firewall.isEmpty()) {
+        // A refused data tunnel leaves the control connection standing.
+        m_connected = m_connected && call.dataPhase;
+        return fail(ControlError::FirewallRefused, firewall);
+    }
     if (const long tls = tlsFailure(code)) {
         m_connected = false;
         return fail(tls, CurlErrorMap::describe(code, call.detail));
@@ -718,6 +739,21 @@ long FtpControl::finish(Call &call, int result)
         return fail(network, description);
     }
     return fail(ControlError::Protocol, description);
+}
+
+QString FtpControl::firewallFailure(const Call &call) const
+{
+    FirewallFailure::Seen seen;
+    seen.firewallType = FirewallType;
+    seen.host = FirewallHost;
+    seen.port = FirewallPort;
+    seen.serverPort = RemotePort;
+    seen.connectReply = call.connectReply;
+    seen.connectCode = call.connectReply.section(QLatin1Char(' '), 1, 1).toLong();
+    seen.connectTarget = call.connectTarget;
+    seen.socksError = int(call.socksError);
+    seen.loggedOn = m_connected;
+    return FirewallFailure::Describe(seen);
 }
 
 long FtpControl::Logon()

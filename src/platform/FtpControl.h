@@ -155,6 +155,7 @@ private:
     QString base() const;
     long finish(Call &call, int code);
     static long tlsFailure(int code);
+    QString firewallFailure(const Call &call) const;
     void rememberType(const Call &call);
     long prepareType(bool ascii, const QString &file);
     long fail(long number, const QString &description);

@@ -120,6 +120,8 @@ long HttpControl::perform(const QString &url, bool post)
     if (!ProxyServer.isEmpty()) {
         curl_easy_setopt(h, CURLOPT_PROXY, ProxyServer.toUtf8().constData());
         curl_easy_setopt(h, CURLOPT_PROXYPORT, long(ProxyPort));
+        // The proxy set here holds for every host, whatever no_proxy says.
+        curl_easy_setopt(h, CURLOPT_NOPROXY, "");
         if (!ProxyUser.isEmpty()) {
             curl_easy_setopt(h, CURLOPT_PROXYUSERNAME, ProxyUser.toUtf8().constData());
             curl_easy_setopt(h, CURLOPT_PROXYPASSWORD, ProxyPassword.toUtf8().constData());

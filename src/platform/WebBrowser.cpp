@@ -2,12 +2,14 @@
 
 #include "platform/BrowserPage.h"
 #include "platform/EngineProfile.h"
+#include "platform/EngineProxy.h"
 #include "platform/CReg.h"
 #include "platform/FreshLoadInterceptor.h"
 #include "platform/HtmlDocument.h"
 #include "platform/PageEventSink.h"
 #include "platform/PageScriptCall.h"
 
+#include <QAuthenticator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -58,7 +60,12 @@ WebBrowser::WebBrowser(QWidget *parent)
     connect(m_page, &QWebEnginePage::newWindowRequested, this, &WebBrowser::onNewWindow);
     connect(m_page, &QWebEnginePage::urlChanged, this,
             [this](const QUrl &url) { emit NavigateComplete2(url.toString()); });
+    connect(m_page, &QWebEnginePage::proxyAuthenticationRequired, this,
+            [this](const QUrl &, QAuthenticator *authenticator, const QString &proxyHost) {
+                EngineProxy::Answer(proxyHost, authenticator, m_proxyAnswers);
+            });
     connect(m_page, &QWebEnginePage::loadStarted, this, [this] {
+        m_proxyAnswers = 0;
         m_loading = true;
         m_everLoaded = true;
         m_topComplete = false;

@@ -74,6 +74,7 @@ private:
     PageEventSink *m_sink = nullptr;
     QWebChannel *m_channel = nullptr;
     FreshLoadInterceptor *m_fresh = nullptr;
+    int m_proxyAnswers = 0; // the proxy's password given in this page
     bool m_loading = false;
     bool m_everLoaded = false;
     bool m_topComplete = false;
