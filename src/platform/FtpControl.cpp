@@ -59,6 +59,10 @@ struct FtpControl::Call
     // the reply shown when it worked (SFTP has no reply lines of its own).
     QString sftpAction;
     QString sftpSuccess;
+    // An HTTP tunnel's last CONNECT and the proxy's answer to it.
+    QString connectTarget;
+    QString connectReply;
+    long socksError = 0;          // libcurl's CURLproxycode of the call
     QString trustedKey;           // the fingerprint trusted in this program
     enum { KeyFine, KeyUnknown, KeyChanged } hostKey = KeyFine;
     QString keyType;
