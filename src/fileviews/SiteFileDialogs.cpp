@@ -32,10 +32,13 @@ QString SiteFileDialogs::SaveFileName(QWidget *parent, const QString &title, con
     return NextScripted(path) ? path : QFileDialog::getSaveFileName(parent, title, proposedPath, kAllFiles);
 }
 
-QString SiteFileDialogs::OpenFileName(QWidget *parent, const QString &title, const QString &folder)
+QString SiteFileDialogs::OpenFileName(QWidget *parent, const QString &title, const QString &folder,
+                                      const QString &filter)
 {
     QString path;
-    return NextScripted(path) ? path : QFileDialog::getOpenFileName(parent, title, folder, kAllFiles);
+    return NextScripted(path) ? path
+                              : QFileDialog::getOpenFileName(parent, title, folder,
+                                                             filter.isEmpty() ? kAllFiles : filter + QStringLiteral(";;") + kAllFiles);
 }
 
 QString SiteFileDialogs::FolderName(QWidget *parent, const QString &title, const QString &folder)

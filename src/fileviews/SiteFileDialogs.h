@@ -12,7 +12,10 @@ class SiteFileDialogs
 {
 public:
     static QString SaveFileName(QWidget *parent, const QString &title, const QString &proposedPath);
-    static QString OpenFileName(QWidget *parent, const QString &title, const QString &folder);
+    // filter: the dialog's file types ("Pictures (*.jpg *.png)"); all files
+    // when empty.
+    static QString OpenFileName(QWidget *parent, const QString &title, const QString &folder,
+                                const QString &filter = QString());
     static QString FolderName(QWidget *parent, const QString &title, const QString &folder);
 
     static void Script(const QStringList &paths);

@@ -116,6 +116,22 @@ constexpr MenuRow kRows[] = {
     {"mnuInsertStyleSheet", "mnuDocument", 17621, nullptr, false},
     {"mnuEditScriptBlock", "mnuDocument", 17622, nullptr, false},
     {"mnuEditDocumentByHTML", "mnuDocument", 17623, nullptr, false},
+
+    // The picture's menu.
+    {"mnuHTMLImg", "", 0, "", false},
+    {"mnuChangeImg", "mnuHTMLImg", 17804, nullptr, false},
+    {"mnuRemoveImg", "mnuHTMLImg", 17805, nullptr, false},
+    {"mnuAlign", "mnuHTMLImg", 17821, nullptr, false},
+    {"mnuImgJustifyCenter", "mnuAlign", 17204, nullptr, false},
+    {"mnuImgJustifyRight", "mnuAlign", 17205, nullptr, false},
+    {"mnuImgJustifyLeft", "mnuAlign", 17206, nullptr, false},
+    {"mnuResetSize", "mnuHTMLImg", 17806, nullptr, false},
+    {"mnuAbsolutPosition", "mnuHTMLImg", 17200, nullptr, true},
+    {"mnuImgZOrder", "mnuHTMLImg", 17609, nullptr, false},
+    {"mnuHTMLImgCreateLink", "mnuHTMLImg", 17611, nullptr, false},
+    {"mnuHTMLImgEditLink", "mnuHTMLImg", 17612, nullptr, false},
+    {"mnuHTMLImgRemoveLink", "mnuHTMLImg", 17613, nullptr, false},
+    {"mnuHTMLImageProperties", "mnuHTMLImg", 17203, nullptr, false},
 };
 
 QString Caption(const MenuRow &row)

@@ -1,5 +1,7 @@
 #include "EngineProfile.h"
 
+#include "platform/LocalPictureScheme.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QWebEngineProfile>
@@ -31,6 +33,7 @@ QWebEngineProfile *EngineProfile::Shared()
         profile->setPersistentStoragePath(made(StoragePath()));
         profile->setCachePath(made(xdgFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QStringLiteral("/keldacms/engine")));
         profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
+        LocalPictureScheme::InstallIn(profile);
     }
     return profile;
 }

@@ -1,5 +1,7 @@
 #include "platform/PageEngineEnvironment.h"
 
+#include "platform/LocalPictureScheme.h"
+
 #include <QByteArray>
 #include <QtGlobal>
 
@@ -14,6 +16,7 @@ void PageEngineEnvironment::prepare()
                 "--disable-gpu --no-sandbox --disable-background-networking "
                 "--disable-component-update --disable-sync --no-first-run");
     }
+    LocalPictureScheme::Register();
 }
 
 bool PageEngineEnvironment::hasDisplay()

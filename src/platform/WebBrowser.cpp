@@ -101,7 +101,9 @@ void WebBrowser::injectRuntime()
                          + QStringLiteral("\n")
                          + readResource(QStringLiteral(":/keldacms/engine/kelda-bridge.js"))
                          + QStringLiteral("\n")
-                         + readResource(QStringLiteral(":/keldacms/engine/kelda-objects.js")));
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-objects.js"))
+                         + QStringLiteral("\n")
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-images.js")));
     m_page->scripts().insert(script);
 }
 

@@ -15,6 +15,7 @@
 #include "platform/WebBrowser.h"
 #include "shell/frmVindrell.h"
 #include "shell/HttpDate.h"
+#include "shell/PagePictureDrop.h"
 #include "support/ErrorReport.h"
 #include "support/MError.h"
 #include "support/MResources.h"
@@ -80,6 +81,7 @@ EditSession::EditSession(frmVindrell &form)
     , m_IE(form.browser())
 {
     QObject::connect(m_IE, &WebBrowser::pageEvent, &form, [this](const PageEvent &event) { OnPageEvent(event); });
+    new PagePictureDrop(*this, m_IE);
 }
 
 // While a session stands the page's events keep the documents' state: a
