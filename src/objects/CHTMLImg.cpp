@@ -116,10 +116,10 @@ long CHTMLImg::Init(const HtmlElement &img, CDocument *document, long lKnownKey_
 
 // Key i goes to the object added i-th: the numbers go on from those that
 // edit mode gave out.
-long CHTMLImg::Register(CDocument &document, std::unique_ptr<CHTMLImg> image, CHTMLImg *&self)
+long CHTMLImg::Register(std::unique_ptr<CHTMLImg> image)
 {
-    self = image.get();
-    const long key = document.AddObject(std::move(image)) - 1;
+    CHTMLImg *self = image.get();
+    const long key = self->m_Document->AddObject(std::move(image)) - 1;
     return self->LetKeldaKey(key);
 }
 
@@ -128,8 +128,8 @@ long CHTMLImg::InitNew(CDocument &document, HtmlElement img)
     auto made = std::make_unique<CHTMLImg>();
     if (made->Init(img, &document) != 1)
         return 0;
-    CHTMLImg *self = nullptr;
-    if (Register(document, std::move(made), self) != 1)
+    CHTMLImg *self = made.get();
+    if (Register(std::move(made)) != 1)
         return 0;
     self->m_strLocalFile = LocalPictureScheme::PathOf(self->m_strSource);
     self->m_strSource.clear(); // nothing of it stands on the server yet
@@ -166,8 +166,8 @@ long CHTMLImg::InitEx(CDocument &document, HtmlElement img)
     auto made = std::make_unique<CHTMLImg>();
     if (made->Init(img, &document) != 1)
         return 0;
-    CHTMLImg *self = nullptr;
-    if (Register(document, std::move(made), self) != 1)
+    CHTMLImg *self = made.get();
+    if (Register(std::move(made)) != 1)
         return 0;
     img.setAttribute(QStringLiteral("id"), QString());
     img.removeAttribute(QStringLiteral("id"));

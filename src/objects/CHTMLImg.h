@@ -39,6 +39,10 @@ public:
     // (InitNew). The same results.
     static long InsertLocalPicture(CDocument &document, const QString &strLocalFile_p);
 
+    // Adds a bound picture without a key to its document's objects and
+    // writes the key they gave it on the element.
+    static long Register(std::unique_ptr<CHTMLImg> image);
+
     // The page shows the local file now; it is uploaded at Save.
     long ChangeImage(const QString &strLocalFileName_p);
 
@@ -68,7 +72,6 @@ public:
     static QString ChoosePictureFile(QWidget *parent);
 
 private:
-    static long Register(CDocument &document, std::unique_ptr<CHTMLImg> image, CHTMLImg *&self);
     long CompressImage(const QString &strFile_p);
     long ChooseFolder();
     void ListenToPage();
