@@ -10,6 +10,8 @@
 #include "platform/CurlErrorMap.h"
 #include "platform/FtpControl.h"
 #include "objects/ContextMenuDispatcher.h"
+#include "objects/M_HTMLClipboard.h"
+#include "objects/PageClipboardPaste.h"
 #include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -90,6 +92,8 @@ EditSession::EditSession(frmVindrell &form)
 // to be asked about anything typed).
 void EditSession::OnPageEvent(const PageEvent &event)
 {
+    if (event.type == QStringLiteral("copy") || event.type == QStringLiteral("cut"))
+        M_HTMLClipboard::NoteEngineCopy(HtmlDocument(m_IE, event.frame).URL());
     if (!m_boolDocumentLoaded)
         return;
     for (size_t n = 0; n < m_Documents.size(); ++n) {
@@ -101,6 +105,8 @@ void EditSession::OnPageEvent(const PageEvent &event)
             m_lDocIndex = long(n);
         else if (event.type == QStringLiteral("contextmenu"))
             OnContextMenu(*m_Documents[n], event);
+        else if (event.type == QStringLiteral("paste") && event.cancelled)
+            OnPaste(*m_Documents[n]);
         else if (event.type == QStringLiteral("keyup") || event.type == QStringLiteral("paste")
                  || event.type == QStringLiteral("drop"))
             m_Documents[n]->SetDirty();
@@ -116,6 +122,17 @@ void EditSession::OnContextMenu(CDocument &document, const PageEvent &event)
         return;
     StepGuard running(*this);
     ContextMenuDispatcher(document).Dispatch(event.x, event.y);
+}
+
+// The engine's paste was cancelled in the page: the clipboard's HTML goes
+// in with its addresses made right for this page.
+void EditSession::OnPaste(CDocument &document)
+{
+    if (m_boolSaving || !document.EditIsOn() || document.boolNoEdit)
+        return;
+    StepGuard running(*this);
+    if (PageClipboardPaste::Paste(document) == 0)
+        MError::ShowError();
 }
 
 EditSession::~EditSession() = default;
@@ -323,6 +340,7 @@ long EditSession::EnterDocuments(int &step)
         return -1;
     }
     m_boolDocumentLoaded = true;
+    m_IE->setCancelPaste(true);
     if (StopIfAborted())
         return -1;
     step = 16;
@@ -478,6 +496,7 @@ void EditSession::EndQuietly()
     ReleaseDocuments();
     m_boolSaving = false;
     m_boolDocumentLoaded = false;
+    m_IE->setCancelPaste(false);
     SetEditValue(false);
     if (m_boolASPTagged) {
         // The reload of the marked page may still be under way; the fresh
@@ -856,6 +875,7 @@ void EditSession::LeaveDocuments(bool boolReload)
     const size_t count = m_Documents.size();
     ReleaseDocuments();
     m_boolDocumentLoaded = false;
+    m_IE->setCancelPaste(false);
     m_form.SetTopComplete(false);
     if (count == 1 && boolReload)
         m_IE->Navigate2(m_IE->LocationURL(), WebBrowser::NavNoReadFromCache);

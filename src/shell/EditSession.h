@@ -95,6 +95,7 @@ private:
 
     void OnPageEvent(const PageEvent &event);
     void OnContextMenu(CDocument &document, const PageEvent &event);
+    void OnPaste(CDocument &document);
     void CancelEntry();
     void CancelSave();
     void ReportCancelledSave();

@@ -455,7 +455,9 @@
     let cancel = ev.type === 'contextmenu';
     if (ev.type === 'keydown' || ev.type === 'keypress' || ev.type === 'keyup')
       cancel = r.swallowKeys.indexOf(ev.keyCode) >= 0;
-    if (ev.type === 'paste') cancel = r.cancelPaste;
+    // A form field takes its paste as the engine gives it: the editor's
+    // own paste is for the page's content.
+    if (ev.type === 'paste') cancel = r.cancelPaste && !/^(INPUT|TEXTAREA)$/.test((ev.target && ev.target.tagName) || '');
     if (ev.type === 'drop') cancel = r.cancelDrop;
     if (cancel) { ev.preventDefault(); ev.stopPropagation(); info.cancelled = true; }
     t.post(info);
@@ -463,7 +465,7 @@
       t.post(Object.assign({}, info, { type: 'controlselect' }));
   }
   for (const type of ['mousedown', 'mouseup', 'click', 'contextmenu', 'keydown', 'keypress', 'keyup',
-                      'paste', 'drop', 'dragover', 'dragend'])
+                      'paste', 'copy', 'cut', 'drop', 'dragover', 'dragend'])
     document.addEventListener(type, handle, true);
 
   // A frame of another origin cannot reach the top frame's runtime, so its

@@ -291,4 +291,40 @@
     d.body.removeChild(scratch);
     return diffs;
   }
+
+  // A paste the editor makes itself, at the selection. A fragment without
+  // script goes through the engine's own insertion, which the user can
+  // undo. One with script or event attributes would lose them there, so it
+  // is parsed inert (a template runs nothing and loads nothing) and put in
+  // as it is; the loads of its pictures and frames are kept from reaching
+  // their handlers while the page is edited.
+  const pasted = new WeakSet();
+  function quietLoads(w) {
+    if (w.__keldaQuietLoads) return;
+    w.__keldaQuietLoads = true;
+    for (const type of ['load', 'error'])
+      w.addEventListener(type, function (ev) { if (pasted.has(ev.target)) ev.stopImmediatePropagation(); }, true);
+  }
+  const RISKY = /<script\b|<iframe\b|<object\b|<embed\b|\son[a-z]+\s*=/i;
+  K.clip = {
+    paste(path, html, asText) {
+      const d = K.docAt(path), w = winOf(d), s = w.getSelection();
+      if (!s || s.rangeCount === 0) return 'none';
+      if (asText) return d.execCommand('insertText', false, html) ? 'text' : 'refused';
+      if (!RISKY.test(html) && d.execCommand('insertHTML', false, html)) return 'engine';
+      quietLoads(w);
+      const t = d.createElement('template');
+      t.innerHTML = html;
+      const nodes = Array.prototype.slice.call(t.content.childNodes);
+      for (const n of t.content.querySelectorAll('*')) pasted.add(n);
+      const r = s.getRangeAt(0);
+      r.deleteContents();
+      const frag = d.createDocumentFragment();
+      for (const n of nodes) frag.appendChild(d.adoptNode(n));
+      r.insertNode(frag);
+      if (nodes.length) { r.setStartAfter(nodes[nodes.length - 1]); r.collapse(true); }
+      s.removeAllRanges(); s.addRange(r);
+      return 'inert';
+    }
+  };
 })();
