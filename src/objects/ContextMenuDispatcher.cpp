@@ -4,6 +4,7 @@
 #include "objects/CHTMLArea.h"
 #include "objects/CIHTMLObject.h"
 #include "objects/CPoHTMLobject.h"
+#include "objects/frmEditCombo.h"
 #include "support/MError.h"
 
 #include <QSet>
@@ -86,7 +87,7 @@ long ContextMenuDispatcher::Dispatch(int x, int y)
 }
 
 // The rows whose objects come with later commands (script pieces, hover
-// buttons, the list of a select field, text) show nothing yet.
+// buttons, text) show nothing yet.
 long ContextMenuDispatcher::Run(Target target, int x, int y)
 {
     HtmlDocument page;
@@ -101,7 +102,21 @@ long ContextMenuDispatcher::Run(Target target, int x, int y)
         return CHTMLArea().Init(&m_Document, HtmlElement(page.browser(), m_point.value(kHandle).toInt()));
     case Target::GenericObject:
         return CPoHTMLobject().Init(&m_Document, control, x, y);
+    case Target::ComboDialog:
+        return EditCombo(control, page);
     default:
         return 1;
     }
+}
+
+// The options of the list are edited in their dialog; OK changes the page.
+long ContextMenuDispatcher::EditCombo(const HtmlElement &select, const HtmlDocument &page)
+{
+    frmEditCombo dialog;
+    if (dialog.Init(select, page) == 0)
+        return 0;
+    const long result = dialog.Show();
+    if (result == 1)
+        m_Document.SetDirty();
+    return result == 0 ? 0 : 1;
 }

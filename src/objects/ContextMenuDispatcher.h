@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/HtmlDocument.h"
+#include "platform/HtmlElement.h"
+
 #include <QString>
 #include <QVariantMap>
 
@@ -35,6 +38,7 @@ private:
     Target DecideControl() const;
     Target DecideText() const;
     long Run(Target target, int x, int y);
+    long EditCombo(const HtmlElement &select, const HtmlDocument &page);
 
     CDocument &m_Document;
     QVariantMap m_control;

@@ -2,8 +2,11 @@
 // object the dispatcher builds, and the generic object's and the image-map
 // area's menus driven with the mouse.
 
+#include "ModalDriver.h"
 #include "ObjectPage.h"
 #include "objects/CHTMLImg.h"
+
+#include <QDialog>
 
 #include <gtest/gtest.h>
 
@@ -59,7 +62,9 @@ protected:
 TEST_F(ObjectMenus, EachKindOfClickFindsItsObject)
 {
     EXPECT_EQ(clickAndDecide(QStringLiteral("field")), Target::GenericObject);
+    ModalDriver closeList(QStringLiteral("frmEditCombo"), [](QWidget *dialog) { static_cast<QDialog *>(dialog)->reject(); });
     EXPECT_EQ(clickAndDecide(QStringLiteral("list")), Target::ComboDialog);
+    EXPECT_EQ(closeList.seen, 1);
     EXPECT_EQ(clickAndDecide(QStringLiteral("pic")), Target::RegisteredObject);
     EXPECT_EQ(clickAndDecide(inMapped(20)), Target::Area);
     EXPECT_EQ(clickAndDecide(QStringLiteral("words")), Target::Text);
