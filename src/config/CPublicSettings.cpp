@@ -249,8 +249,8 @@ long CPublicSettings::WriteRecord(const SiteRecord &record, long index)
             return 0;
     return CReg::SaveSetting(kSettings, QStringLiteral("isnew%1").arg(index), boolText(record.isnew))
         && CReg::SaveSetting(kSettings, QStringLiteral("wwwalias%1").arg(index), boolText(record.wwwalias))
-        && WriteTrustedCertificate(record, index);
         && (record.sshkey.isEmpty() || CReg::SaveSetting(kSettings, QStringLiteral("sshkey%1").arg(index), record.sshkey))
+        && WriteTrustedCertificate(record, index);
 }
 
 // Written only for a site that has one: the section was emptied before.

@@ -7,8 +7,8 @@
 #include "config/frmActivateHow.h"
 #include "config/frmProxySettings.h"
 #include "config/frmSettingsHelp.h"
-#include "fileviews/SiteFileDialogs.h"
 #include "config/SshKeyField.h"
+#include "fileviews/SiteFileDialogs.h"
 #include "platform/CReg.h"
 #include "support/MError.h"
 #include "support/MResources.h"
@@ -231,13 +231,13 @@ QWidget *frmSettingsEx::BuildSitePane()
     txtUserID = AddField(pane, "txtUserID", txtUsername, "010106.htm", txtTipUser);
     txtPassWord = AddField(pane, "txtPassWord", txtPassword, "010107.htm", txtTipPassword);
     txtPassWord->setEchoMode(QLineEdit::Password);
-    lblStatusCheck = new QLabel(pane);
     m_sshKey = new SshKeyField(pane);
     form->addRow(L(StringIds::SshKeyFile), m_sshKey);
     connect(m_sshKey, &SshKeyField::PathChanged, this, [this](const QString &path) {
         if (!m_boolLoading && OnSite())
             Site().sshkey = path;
     });
+    lblStatusCheck = new QLabel(pane);
     lblStatusCheck->setObjectName(QStringLiteral("lblStatusCheck"));
     imgStatus = new QLabel(pane);
     auto *status = new QHBoxLayout;
@@ -582,9 +582,9 @@ void frmSettingsEx::FillSite(const SiteRecord &site)
         field.first->setText(field.second);
         m_lastGood[field.first] = field.second;
     }
+    cboFTPSecurity->setCurrentIndex(FtpAddress::Parse(site.baseurl, true).security);
     m_sshKey->SetPath(site.sshkey);
     m_sshKey->setEnabled(cboFTPSecurity->currentIndex() == FtpAddress::Sftp);
-    cboFTPSecurity->setCurrentIndex(FtpAddress::Parse(site.baseurl, true).security);
     chkUseRemoteFolder->setChecked(site.useremotef == QLatin1String("1"));
     txtRemoteFolder->setEnabled(chkUseRemoteFolder->isChecked());
     chkAutoIndex->setChecked(site.usesubindex != QLatin1String("0"));
@@ -682,8 +682,8 @@ void frmSettingsEx::WriteField(QLineEdit *field)
     } else if (field == txtBASEURL) {
         site.baseurl = text;
         const QSignalBlocker quiet(cboFTPSecurity);
-        m_sshKey->setEnabled(cboFTPSecurity->currentIndex() == FtpAddress::Sftp);
         cboFTPSecurity->setCurrentIndex(FtpAddress::Parse(text, true).security);
+        m_sshKey->setEnabled(cboFTPSecurity->currentIndex() == FtpAddress::Sftp);
     } else if (field == txtUserID) {
         site.userid = text;
     } else if (field == txtPassWord) {

@@ -110,8 +110,8 @@ private:
     QComboBox *cboFTPSecurity = nullptr;
     QLineEdit *txtUserID = nullptr;
     QLineEdit *txtPassWord = nullptr;
-    QCheckBox *chkUseRemoteFolder = nullptr;
     SshKeyField *m_sshKey = nullptr;
+    QCheckBox *chkUseRemoteFolder = nullptr;
     QLineEdit *txtRemoteFolder = nullptr;
     QLabel *lblRemotePath = nullptr;
     QCheckBox *chkUseAbsoluteFTPPaths = nullptr;
