@@ -7,6 +7,7 @@
 #include "fileviews/frmSiteTree.h"
 #include "objects/CImageManager.h"
 #include "objects/ImageUpload.h"
+#include "objects/LinkCommand.h"
 #include "objects/frmImageProperties.h"
 #include "objects/frmImgProperties.h"
 #include "objects/frmImgZOrder.h"
@@ -81,21 +82,6 @@ bool NameNeedsQuestion(const QString &name)
         if (c == QLatin1Char(' ') || QStringLiteral("åäöÅÄÖ").contains(c))
             return true;
     return false;
-}
-
-// The link around the picture: the first A with an address or a name up
-// to the body.
-HtmlElement GetHREF(const HtmlElement &element)
-{
-    for (HtmlElement e = element; !e.isNull(); e = e.parentElement()) {
-        const QString tag = e.tagName();
-        if (tag == QLatin1String("HTML") || tag == QLatin1String("BODY"))
-            break;
-        if (tag == QLatin1String("A")
-            && (!e.getAttribute(QStringLiteral("href")).isNull() || !e.getAttribute(QStringLiteral("name")).isNull()))
-            return e;
-    }
-    return {};
 }
 
 } // namespace
@@ -361,11 +347,10 @@ void CHTMLImg::Prepare(frmMenu &menu)
     const bool absolute = m_Img.styleValue(kPosition) == QLatin1String("absolute");
     menu.Item(QStringLiteral("mnuAbsolutPosition"))->setChecked(absolute);
     menu.Item(QStringLiteral("mnuImgZOrder"))->setEnabled(absolute);
-    const bool linked = !GetHREF(m_Img).isNull();
+    const bool linked = !LinkCommand::GetHREF(m_Img).isNull();
     menu.Item(QStringLiteral("mnuHTMLImgEditLink"))->setVisible(linked);
     menu.Item(QStringLiteral("mnuHTMLImgRemoveLink"))->setVisible(linked);
-    menu.Item(QStringLiteral("mnuHTMLImgCreateLink"))->setVisible(false); // with the link dialog
-    menu.Item(QStringLiteral("mnuHTMLImgEditLink"))->setVisible(false);
+    menu.Item(QStringLiteral("mnuHTMLImgCreateLink"))->setVisible(!linked);
     if (LimitsAllowImageFunctions())
         return;
     for (QAction *action : menu.Menu(QStringLiteral("mnuHTMLImg"))->actions())
@@ -410,7 +395,7 @@ bool CHTMLImg::StillInPage() const
 
 HtmlElement CHTMLImg::LinkOrImage() const
 {
-    const HtmlElement link = GetHREF(m_Img);
+    const HtmlElement link = LinkCommand::GetHREF(m_Img);
     return link.isNull() ? m_Img : link;
 }
 
@@ -516,13 +501,20 @@ void CHTMLImg::m_mnuZOrder_Click()
     Changed();
 }
 
-// The link entries wait for the link dialog; they are hidden until then.
 void CHTMLImg::m_mnuHTMLImgCreateLink_Click()
 {
+    HtmlDocument page;
+    m_Document->GetDocument(page);
+    PageScriptCall::call(page.browser()->page(), QStringLiteral("img.select"), {m_Img.handle()},
+                         QStringLiteral("CHTMLImg.m_mnuHTMLImgCreateLink_Click"));
+    if (LinkCommand::CreateLink(*m_Document) == 1)
+        Changed();
 }
 
 void CHTMLImg::m_mnuHTMLImgEditLink_Click()
 {
+    if (LinkCommand::EditLink(*m_Document, m_Img) == 1)
+        Changed();
 }
 
 void CHTMLImg::m_mnuHTMLImgRemoveLink_Click()
