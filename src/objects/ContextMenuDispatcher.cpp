@@ -2,6 +2,7 @@
 
 #include "document/CDocument.h"
 #include "objects/CHTMLArea.h"
+#include "objects/CHTMLText.h"
 #include "objects/CIHTMLObject.h"
 #include "objects/CPoHTMLobject.h"
 #include "objects/frmEditCombo.h"
@@ -87,7 +88,7 @@ long ContextMenuDispatcher::Dispatch(int x, int y)
 }
 
 // The rows whose objects come with later commands (script pieces, hover
-// buttons, text) show nothing yet.
+// buttons) show nothing yet.
 long ContextMenuDispatcher::Run(Target target, int x, int y)
 {
     HtmlDocument page;
@@ -104,6 +105,8 @@ long ContextMenuDispatcher::Run(Target target, int x, int y)
         return CPoHTMLobject().Init(&m_Document, control, x, y);
     case Target::ComboDialog:
         return EditCombo(control, page);
+    case Target::Text:
+        return CHTMLText().Init(&m_Document, x, y);
     default:
         return 1;
     }

@@ -69,3 +69,24 @@ long PageClipboardPaste::Paste(CDocument &document)
         document.SetDirty();
     return result;
 }
+
+long PageClipboardPaste::PasteText(CDocument &document, const QString &strText_p, bool asHTML, const QString &strBase_p)
+{
+    HtmlDocument page;
+    document.GetDocument(page);
+    if (page.isNull()) {
+        MError::SetErrorIfClear(91, QStringLiteral("Object variable not set"), kPosition);
+        return 0;
+    }
+    if (strText_p.size() > kLargestFragment)
+        return TooLarge(strText_p.size());
+    if (strText_p.isEmpty())
+        return -1;
+    QString text = strText_p;
+    if (asHTML)
+        FragmentAddresses::ConvertAbsoluteURL(text, strBase_p, page.URL());
+    const long result = Insert(page, text, !asHTML);
+    if (result == 1)
+        document.SetDirty();
+    return result;
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QtGlobal>
 
 class CDocument;
@@ -18,6 +19,10 @@ public:
     // fragment too large for a page, which is said to the user; 0 failed,
     // with the error pending.
     static long Paste(CDocument &document);
+    // The text given goes in at the selection as it stands: as plain text,
+    // or read as HTML whose addresses are taken as the site's (strBase_p).
+    // The same results.
+    static long PasteText(CDocument &document, const QString &strText_p, bool asHTML, const QString &strBase_p = {});
 
     // What a page takes in one paste, in characters of HTML: a fragment
     // this large is refused with a message rather than leaving the window

@@ -134,6 +134,19 @@ void frmColorDropper::ShowColor(const QColor &color)
     Picture1->setPalette(palette);
 }
 
+// The dialog has a name and is the toolkit's own, not the desktop's, so
+// that it looks and answers the same on every desktop.
+QString frmColorDropper::ChooseColor(QWidget *parent, const QString &strCurrent_p, const QString &strTitle_p)
+{
+    QColorDialog dialog(QColor(strCurrent_p.isEmpty() ? QStringLiteral("#000000") : strCurrent_p), parent);
+    dialog.setObjectName(QStringLiteral("dlgChooseColor"));
+    dialog.setOption(QColorDialog::DontUseNativeDialog);
+    dialog.setWindowTitle(strTitle_p);
+    if (dialog.exec() != QDialog::Accepted || !dialog.selectedColor().isValid())
+        return {};
+    return dialog.selectedColor().name();
+}
+
 bool frmColorDropper::PickAt(const QPoint &at)
 {
     QScreen *screen = QGuiApplication::screenAt(at);

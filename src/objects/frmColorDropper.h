@@ -29,6 +29,10 @@ public:
 
     // The color the boxes show, "#rrggbb".
     QString ColorText() const;
+
+    // The standard color dialog, starting at the color given (#rrggbb).
+    // The color chosen as #rrggbb; empty when the user cancelled.
+    static QString ChooseColor(QWidget *parent, const QString &strCurrent_p, const QString &strTitle_p);
     // Reads the screen at the point (global coordinates) into the boxes;
     // false where the desktop refuses to give its pixels.
     bool PickAt(const QPoint &at);
