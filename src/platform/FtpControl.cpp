@@ -607,6 +607,7 @@ long FtpControl::perform(Call &call, const QString &url,
     m_worker.run([this, &code] { code = CURLcode(run()); });
     if (Sftp)
         code = CURLcode(sftpAnswer(call, code));
+    curl_easy_getinfo(m_curl, CURLINFO_NUM_CONNECTS, &m_newConnections);
     // Nothing of this call may be reached from the handle once it is over.
     long osErrno = 0;
     curl_easy_getinfo(m_curl, CURLINFO_OS_ERRNO, &osErrno);
@@ -822,7 +823,28 @@ long FtpControl::sendQuoted(const QStringList &commands, Call &call)
     });
     if (result == 1 && !call.firstErrorReply.isEmpty())
         return fail(ControlError::Protocol, call.firstErrorReply);
+    if (Sftp && result != 1 && m_errorNumber == ControlError::Protocol)
+        return confirmSftpRefusal();
     return result;
+}
+
+// libssh2 words a failed SFTP request with the status of the last answer
+// the server gave: a request whose connection broke looks refused, with
+// the status of some earlier request. Taken for a refusal, a rename cut
+// that way would be thought never done. A refusal holds only when the
+// session still answers a look at the folder on its own connection.
+long FtpControl::confirmSftpRefusal()
+{
+    const long number = m_errorNumber;
+    const QString description = m_errorDescription;
+    qint64 size = -1;
+    const long alive = sftpStat(QStringLiteral("stat"), QStringLiteral("."), false, size);
+    if (alive == 1 && m_newConnections == 0)
+        return fail(number, description);
+    m_connected = false;
+    if (alive != 1 && m_errorNumber != ControlError::Protocol)
+        return 0; // the look's own failure says what happened to the connection
+    return fail(ControlError::NoConnection, QStringLiteral("The connection to the server was lost during the request."));
 }
 
 // The folder, from the root, that a path names when taken from the current
@@ -1169,6 +1191,7 @@ QSet<QByteArray> &FtpControl::refusedLogons()
 
 QByteArray FtpControl::logonKey() const
 {
+    // Another key file with the same passphrase is another logon.
     const QString key = RemoteHost + QLatin1Char('\n') + QString::number(RemotePort) + QLatin1Char('\n') + User
                         + QLatin1Char('\n') + Password + QLatin1Char('\n') + SshPrivateKey;
     return QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256);

@@ -152,6 +152,7 @@ private:
     long sftpCommand(const QString &command);
     long sftpStat(const QString &action, const QString &name, bool time, qint64 &size);
     int sftpAnswer(Call &call, int code);
+    long confirmSftpRefusal();
     QString base() const;
     long finish(Call &call, int code);
     static long tlsFailure(int code);
@@ -181,6 +182,7 @@ private:
     CURL *m_curl = nullptr;
     void *m_multi = nullptr; // holds the open connection between calls
     bool m_connected = false;
+    long m_newConnections = 0; // connections the last call had to open
     bool m_statusRefused = false; // STAT gives no listing on this connection
     char m_type = 0; // the connection's transfer type, 'A' or 'I'; 0 unknown
     bool m_busy = false;

@@ -202,6 +202,26 @@ TEST_F(FtpControlSftpTest, ASilentServerTimesOut)
     EXPECT_FALSE(ftp.Connected());
 }
 
+// A rename the server refuses is a 550 on a session that still stands; one
+// whose connection breaks is a lost connection, although libssh2 words it
+// with the status of the refusal before it.
+TEST_F(FtpControlSftpTest, ARenameCutOffIsNotTakenForARefusal)
+{
+    logon();
+    servers().writeWebFile(QStringLiteral("stays.htm"), "a");
+    servers().writeWebFile(QStringLiteral("there.htm"), "b");
+    EXPECT_EQ(ftp.Rename(QStringLiteral("/www/stays.htm"), QStringLiteral("/www/there.htm")), 0);
+    EXPECT_TRUE(ftp.ErrorDescription().startsWith(QLatin1String("550"))) << ftp.ErrorDescription().toStdString();
+    EXPECT_TRUE(ftp.Connected());
+
+    servers().setFtpFaults({{QStringLiteral("drop_on"), QStringLiteral("^SFTP_RENAME")}});
+    EXPECT_EQ(ftp.Rename(QStringLiteral("/www/stays.htm"), QStringLiteral("/www/moved.htm")), 0);
+    servers().clearFtpFaults();
+    EXPECT_EQ(ftp.ErrorNumber(), ControlError::NoConnection) << ftp.ErrorDescription().toStdString();
+    EXPECT_FALSE(ftp.Connected());
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("stays.htm")), QByteArray("a"));
+}
+
 // Raw text with no SFTP meaning is refused and never sent; MDTM answers
 // with the file's time as FTP servers give it.
 TEST_F(FtpControlSftpTest, RawCommandsWithoutSftpMeaningAreRefused)
