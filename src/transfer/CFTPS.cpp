@@ -202,27 +202,51 @@ int CFTPS::ServerTimeout()
 }
 
 // The proxy block of the settings says whether FTP goes through a
-// firewall, and which.
+// firewall, and which. The session remembers it: a connection that went
+// another way is not used once the settings changed.
 void CFTPS::FirewallSetUp()
 {
     const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
+    Ftp().FirewallType = 0;
     if (proxy.useFTP) {
         const QString &kind = proxy.serverSOCKSServerType;
         Ftp().FirewallType = kind == QStringLiteral("4") ? 2 : kind == QStringLiteral("6") ? 1 : 3;
         Ftp().FirewallHost = proxy.serverSOCKSname;
         Ftp().FirewallPort = proxy.serverSOCKSPort.toInt();
     }
-    if (proxy.usesockspassword) {
-        Ftp().FirewallUser = proxy.serverSOCKSUser;
-        Ftp().FirewallPassword = proxy.serverSOCKSPassWord;
-    }
+    Ftp().FirewallUser = proxy.usesockspassword ? proxy.serverSOCKSUser : QString();
+    Ftp().FirewallPassword = proxy.usesockspassword ? proxy.serverSOCKSPassWord : QString();
+    m_session->route = FirewallRoute();
+}
+
+// What FirewallSetUp would give the control, as one text to compare.
+QString CFTPS::FirewallRoute()
+{
+    const ProxySettings &proxy = MGlobalProjectObjects::Proxy;
+    if (!proxy.useFTP)
+        return QString();
+    QStringList parts = {proxy.serverSOCKSServerType, proxy.serverSOCKSname, proxy.serverSOCKSPort};
+    if (proxy.usesockspassword)
+        parts << proxy.serverSOCKSUser << proxy.serverSOCKSPassWord;
+    return parts.join(QLatin1Char('\n'));
+}
+
+// A connection that logged on before the proxy settings changed goes on
+// the old way, past a firewall the user has just turned on or through one
+// he left: it is closed, for every client that shares it, so the change
+// takes effect at the next call, which logs on again the new way.
+void CFTPS::LeaveOldRoute()
+{
+    if (Ftp().Connected() && m_session->route != FirewallRoute())
+        Ftp().Logoff();
 }
 
 // Takes the live connection of another client of the same account when
 // there is one, else a session of this account of its own.
 void CFTPS::SessionFor(const QString &strAccount_p)
 {
-    if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(strAccount_p))
+    LeaveOldRoute();
+    if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(strAccount_p, FirewallRoute()))
         UseSession(shared);
     else if (m_session->Account() != strAccount_p)
         UseSession(std::make_shared<FtpSession>(strAccount_p));
@@ -511,6 +535,7 @@ long CFTPS::SetHideTransferDialog(bool bHide_p)
 // on again and goes on, so a dropped session costs the user nothing.
 long CFTPS::Connect()
 {
+    LeaveOldRoute();
     if (!Ftp().Connected() && !Reconnect())
         return 0;
     if (RootFolder().isEmpty())
@@ -556,10 +581,11 @@ bool CFTPS::Reconnect()
     if (!m_boolInitSession)
         return LogonRecord(m_lRecord >= 0 ? m_lRecord : MGlobalProjectObjects::lCurrentURL,
                            QStringLiteral("CFTPS.Logon")) == 1;
-    if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(m_session->Account())) {
+    if (std::shared_ptr<FtpSession> shared = FtpSession::FindConnected(m_session->Account(), FirewallRoute())) {
         UseSession(shared);
         return true;
     }
+    FirewallSetUp();
     if (!Capture(Ftp().Logon())) {
         Fail(QStringLiteral("CFTPS.Logon"));
         return false;

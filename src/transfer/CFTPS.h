@@ -170,6 +170,8 @@ private:
     // Session internals.
     long LogonRecord(long lIndex, const QString &strPosition);
     void FirewallSetUp();
+    static QString FirewallRoute();
+    void LeaveOldRoute();
     void SessionFor(const QString &strAccount_p);
     void UseSession(std::shared_ptr<FtpSession> session);
     SiteRecord Record() const;

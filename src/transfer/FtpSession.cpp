@@ -31,14 +31,14 @@ QString FtpSession::AccountKey(const QString &host, const QString &user, const Q
     return host.toLower() + QLatin1Char('\n') + user + QLatin1Char('\n') + password;
 }
 
-std::shared_ptr<FtpSession> FtpSession::FindConnected(const QString &account)
+std::shared_ptr<FtpSession> FtpSession::FindConnected(const QString &account, const QString &route)
 {
     std::shared_ptr<FtpSession> session = published().value(account).lock();
     if (!session) {
         published().remove(account);
         return nullptr;
     }
-    return session->control.Connected() ? session : nullptr;
+    return session->control.Connected() && session->route == route ? session : nullptr;
 }
 
 void FtpSession::Publish(const std::shared_ptr<FtpSession> &session)

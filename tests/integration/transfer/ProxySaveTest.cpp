@@ -133,3 +133,30 @@ TEST_F(ProxySave, ActiveModeThroughAProxyIsRefusedBeforeAnythingIsSent)
     EXPECT_EQ(servers().ftpLogins(), 0);
     EXPECT_EQ(servers().readWebFile(kPage), before);
 }
+
+TEST_F(ProxySave, AConnectionOpenedBeforeTheFirewallChangedIsLeftAtTheNextCall)
+{
+    Socks4Proxy socks; // speaks SOCKS5 too, and logs what it carries
+    CFTPS client;      // one client for all three saves, as the main window's
+    const auto carried = [&] { return socks.log().count(QStringLiteral("connect")); };
+
+    EXPECT_EQ(client.SendPage(pageOf(3100, 'd'), kUrl), 1) << MError::ErrorDescription().toStdString();
+    const int direct = carried();
+
+    firewall("5", socks.port());
+    servers().clearFtpLog();
+    const QByteArray viaSocks = pageOf(3200, 's');
+    EXPECT_EQ(client.SendPage(viaSocks, kUrl), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(servers().readWebFile(kPage), viaSocks);
+    EXPECT_EQ(servers().ftpLogins(), 1);
+    // The new control connection and the upload's data connection.
+    EXPECT_GE(carried() - direct, 2) << socks.log().toStdString();
+
+    // Turned off, the firewall is left the same way.
+    MGlobalProjectObjects::Proxy = ProxySettings();
+    servers().clearFtpLog();
+    const int proxied = carried();
+    EXPECT_EQ(client.SendPage(pageOf(3300, 'b'), kUrl), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(servers().ftpLogins(), 1);
+    EXPECT_EQ(carried(), proxied);
+}
