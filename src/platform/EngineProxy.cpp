@@ -16,15 +16,28 @@ Credentials &current()
     static Credentials credentials;
     return credentials;
 }
+
+int &changes()
+{
+    static int count = 0;
+    return count;
+}
 } // namespace
 
 void EngineProxy::Use(const QString &host, int port, const QString &user, const QString &password)
 {
     current() = {host, user, password};
-    if (host.isEmpty())
-        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    else
-        QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, host, quint16(port)));
+    const QNetworkProxy proxy = host.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy)
+                                               : QNetworkProxy(QNetworkProxy::HttpProxy, host, quint16(port));
+    if (proxy == QNetworkProxy::applicationProxy())
+        return;
+    QNetworkProxy::setApplicationProxy(proxy);
+    ++changes();
+}
+
+int EngineProxy::Changes()
+{
+    return changes();
 }
 
 bool EngineProxy::Answer(const QString &proxyHost, QAuthenticator *authenticator, int &answeredInPage)

@@ -14,6 +14,9 @@ class EngineProxy
 public:
     // An empty host: straight to the sites.
     static void Use(const QString &host, int port, const QString &user, const QString &password);
+    // Counts the changes of the proxy's address, for the browsers to see
+    // one happened since their last page.
+    static int Changes();
 
     // Fills in the password for the engine's question about proxyHost;
     // false (and nothing filled in) when none is set or it was given

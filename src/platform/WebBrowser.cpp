@@ -14,6 +14,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTcpServer>
 #include <QWebChannel>
 #include <QWebEngineHttpRequest>
 #include <QWebEngineNewWindowRequest>
@@ -126,10 +127,38 @@ int WebBrowser::ReadyState() const
 
 void WebBrowser::Navigate2(const QString &url, int flags)
 {
+    catchUpWithProxy();
     const QUrl address = QUrl::fromUserInput(url);
     if (flags & NavNoReadFromCache)
         m_fresh->mark(address);
     m_page->load(address);
+}
+
+// The engine reads the application's proxy only when it next looks up the
+// way to an address, and the request that makes it read still goes the old
+// way: the first page after a change of the proxy settings would go past
+// the new proxy, or to the one the user just left. So that page is
+// preceded by a request of no consequence, to a port of this machine that
+// nobody answers on (the engine sends this machine's addresses straight,
+// whatever the proxy), and waits for it. The engine's proxy is one for all
+// browsers, hence one count of the changes seen.
+void WebBrowser::catchUpWithProxy()
+{
+    static int seen = 0;
+    if (EngineProxy::Changes() == seen)
+        return;
+    seen = EngineProxy::Changes();
+    quint16 port = 0;
+    {
+        QTcpServer closed;
+        closed.listen(QHostAddress::LocalHost);
+        port = closed.serverPort();
+    }
+    QWebEnginePage probe(m_page->profile());
+    bool finished = false;
+    connect(&probe, &QWebEnginePage::loadFinished, this, [&finished] { finished = true; });
+    probe.load(QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(port)));
+    PageScriptCall::pumpUntil([&finished] { return finished; }, 3000);
 }
 
 void WebBrowser::Refresh()

@@ -66,6 +66,7 @@ signals:
 
 private:
     void injectRuntime();
+    void catchUpWithProxy();
     void onPageEvent(const PageEvent &event);
     void applyRules();
     void onNewWindow(class QWebEngineNewWindowRequest &request);
