@@ -26,6 +26,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QRegularExpression>
+#include <QSet>
 #include <QUrl>
 
 namespace {
@@ -34,7 +35,7 @@ enum Text : long { txtSetBackground = 17624, txtChangeBackground = 17625, txtPas
                    txtPasteForeign2 = 17635, txtPaste = 17636, txtProceed = 17649, txtSetColor = 17607,
                    txtWhatsH1H7 = 17653, txtWhatsH1H7Title = 17605, txtOutsideBody = 17654, txtSealed = 17655,
                    txtTitlePrompt = 17656, txtDocumentTitle = 17620, txtPicture = 17641, txtBookmark = 17643,
-                   txtAbsolute = 17200, txtCenter = 17204 };
+                   txtAbsolute = 17200, txtCenter = 17204, txtRule = 17657, txtFormField = 17658 };
 
 QString L(long id)
 {
@@ -209,6 +210,13 @@ void CHTMLText::Connect(frmMenu &menu)
     On(menu, "mnuInsertImage", [this] { return m_mnuInsertImage_Click(); });
     On(menu, "mnuInsertTable", [&doc] { return TableCommands::InsertTable(doc); });
     On(menu, "mnuInsertBookMark", [this] { return m_mnuInsertBookMark_Click(); });
+    On(menu, "mnuInsertRule", [this] { return m_mnuInsertRule_Click(); });
+    for (const auto &[item, kind] : {std::pair{"mnuInsertTextBox", "text"}, {"mnuInsertCheckBox", "checkbox"},
+                                     {"mnuInsertOptionButton", "radio"}, {"mnuInsertDropDown", "select"},
+                                     {"mnuInsertButton", "submit"}}) {
+        const QString name = QString::fromLatin1(kind);
+        On(menu, item, [this, name] { return InsertFormField(name); });
+    }
     On(menu, "mnuBkgndColor", [&doc] { return PageBackgroundCommand::SetColor(doc); });
     On(menu, "mnuBkgndColorRemove", [&doc] { return PageBackgroundCommand::RemoveColor(doc); });
     On(menu, "mnuBkgndColorGetFroOther", [&doc] { return PageBackgroundCommand::RetrieveColor(doc); });
@@ -398,5 +406,39 @@ long CHTMLText::m_mnuEditDocumentByHTML_Click()
     if (form.Cancelled())
         return -1;
     body.setInnerHTML(form.Text());
+    return MError::ErrorNumber() == 0 ? 1 : 0;
+}
+
+long CHTMLText::m_mnuInsertRule_Click()
+{
+    if (InsertionRefused(L(txtRule)))
+        return -1;
+    // An empty value: the engine would take any other as the rule's id.
+    return Exec(QStringLiteral("InsertHorizontalRule"), QStringLiteral(""));
+}
+
+// A field gets a name no other field of the page has, so that the form
+// sends each one's value apart; its properties are set afterwards from the
+// field's own menu.
+long CHTMLText::InsertFormField(const QString &strKind_p)
+{
+    if (InsertionRefused(L(txtFormField)))
+        return -1;
+    int n = 1;
+    QSet<QString> taken;
+    for (const QString &tag : {QStringLiteral("INPUT"), QStringLiteral("SELECT")})
+        for (const HtmlElement &e : m_HTMLDocument.getElementsByTagName(tag))
+            taken.insert(e.getAttribute(QStringLiteral("name")).toString());
+    while (taken.contains(QStringLiteral("field%1").arg(n)))
+        ++n;
+    const QString name = QStringLiteral("field%1").arg(n);
+    QString html;
+    if (strKind_p == QLatin1String("select"))
+        html = QStringLiteral("<select name=\"%1\"><option value=\"1\">1</option></select>").arg(name);
+    else if (strKind_p == QLatin1String("submit"))
+        html = QStringLiteral("<input type=\"submit\" name=\"%1\" value=\"OK\">").arg(name);
+    else
+        html = QStringLiteral("<input type=\"%1\" name=\"%2\">").arg(strKind_p, name);
+    m_Range.pasteHTML(html);
     return MError::ErrorNumber() == 0 ? 1 : 0;
 }

@@ -48,6 +48,8 @@ private:
     long m_mnuRemoveLink_Click();
     long m_mnuInsertImage_Click();
     long m_mnuInsertBookMark_Click();
+    long m_mnuInsertRule_Click();
+    long InsertFormField(const QString &strKind_p);
     long m_mnuDocumentTitle_Click();
     long m_mnuEditDocumentByHTML_Click();
     long m_mnuWhatsH1H7_Click();
