@@ -396,22 +396,22 @@ long frmProxySettings::Parse_manuellProxy(const QString &strProxy_p, PROXYRESULT
 
 void frmProxySettings::cmdTestHTTP_Click()
 {
-    UserQuestions::MsgBox(L(txtTryingHTTP), UserQuestions::vbOKOnly, QStringLiteral("-"));
-    long status = 0;
-    QString reason;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    testHTTPSettings(status, reason);
-    QApplication::restoreOverrideCursor();
-    ShowTestResult(status, reason);
+    RunTest(txtTryingHTTP, &frmProxySettings::testHTTPSettings);
 }
 
 void frmProxySettings::cmdTestFTP_Click()
 {
-    UserQuestions::MsgBox(L(txtTryingFTP), UserQuestions::vbOKOnly, QStringLiteral("-"));
+    RunTest(txtTryingFTP, &frmProxySettings::testProxySettings);
+}
+
+// Says what is tried, tries it with the wait cursor, and shows the outcome.
+void frmProxySettings::RunTest(long announcement, long (frmProxySettings::*test)(long &, QString &))
+{
+    UserQuestions::MsgBox(L(announcement), UserQuestions::vbOKOnly, QStringLiteral("-"));
     long status = 0;
     QString reason;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    testProxySettings(status, reason);
+    (this->*test)(status, reason);
     QApplication::restoreOverrideCursor();
     ShowTestResult(status, reason);
 }

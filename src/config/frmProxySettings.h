@@ -54,6 +54,7 @@ private:
     void cmdTestHTTP_Click();
     void cmdTestFTP_Click();
     void ShowTestResult(long lStatus_p, const QString &strReason_p);
+    void RunTest(long announcement, long (frmProxySettings::*test)(long &, QString &));
     void cmdClose_Click();
     bool BothFilled(QCheckBox *use, QLineEdit *a, QLineEdit *b, long message);
     void cmdLookForExtraInfo_Click();

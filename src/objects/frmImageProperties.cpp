@@ -5,6 +5,7 @@
 #include "objects/CImageManager.h"
 #include "objects/ImageUpload.h"
 #include "platform/LocalPictureScheme.h"
+#include "support/OkCancelButtons.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
@@ -80,12 +81,7 @@ frmImageProperties::frmImageProperties(QWidget *parent) : QDialog(parent)
     m_misc = frmImgProperties::BuildFields(misc);
     TabStrip1->addTab(misc, L(txtMisc));
     layout->addWidget(TabStrip1);
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOk"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbort"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &frmImageProperties::cmdOk_Click);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(buttons);
+    OkCancelButtons::Add(this, layout, [this] { cmdOk_Click(); });
 }
 
 QWidget *frmImageProperties::BuildGeneral()

@@ -1,5 +1,6 @@
 #include "objects/frmImgProperties.h"
 
+#include "support/OkCancelButtons.h"
 #include "support/MResources.h"
 
 #include <QDialogButtonBox>
@@ -83,12 +84,7 @@ frmImgProperties::frmImgProperties(QWidget *parent) : QDialog(parent)
     auto *form = new QWidget(this);
     m_fields = BuildFields(form);
     layout->addWidget(form);
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOk"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbort"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(buttons);
+    OkCancelButtons::Add(this, layout);
 }
 
 void frmImgProperties::Init(const HtmlElement &img)

@@ -1,5 +1,6 @@
 #include "objects/frmImgZOrder.h"
 
+#include "support/OkCancelButtons.h"
 #include "support/MResources.h"
 
 #include <QDialogButtonBox>
@@ -28,12 +29,7 @@ frmImgZOrder::frmImgZOrder(QWidget *parent) : QDialog(parent)
     txtZOrder->setRange(-kLimit - 1, kLimit);
     txtZOrder->setSpecialValueText(MResources::LoadResourceString(txtNotSelected));
     layout->addWidget(txtZOrder);
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOk"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdAbort"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(buttons);
+    OkCancelButtons::Add(this, layout);
 }
 
 void frmImgZOrder::LetImgZOrder(const QString &strValue_p)
