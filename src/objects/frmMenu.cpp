@@ -123,6 +123,17 @@ constexpr MenuRow kRows[] = {
     {"mnuInsertStyleSheet", "mnuDocument", 17621, nullptr, false},
     {"mnuEditScriptBlock", "mnuDocument", 17622, nullptr, false},
     {"mnuEditDocumentByHTML", "mnuDocument", 17623, nullptr, false},
+    // The table under the pointer (enabled by the table object).
+    {"mnuTbl", "mnuHTMLText", 18000, nullptr, false},
+    {"mnuTblInsert", "mnuTbl", 18020, nullptr, false},
+    {"mnuTblInsertRowAbove", "mnuTblInsert", 18001, nullptr, false},
+    {"mnuTblInsertRowBelow", "mnuTblInsert", 18002, nullptr, false},
+    {"mnuTblInsertColLeft", "mnuTblInsert", 18003, nullptr, false},
+    {"mnuTblInsertColRight", "mnuTblInsert", 18004, nullptr, false},
+    {"mnuTblDelete", "mnuTbl", 17645, nullptr, false},
+    {"mnuTblDeleteRow", "mnuTblDelete", 18021, nullptr, false},
+    {"mnuTblDeleteCol", "mnuTblDelete", 18022, nullptr, false},
+    {"mnuTblProperties", "mnuTbl", 18005, nullptr, false},
 
     // The picture's menu.
     {"mnuHTMLImg", "", 0, "", false},

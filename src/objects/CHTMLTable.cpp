@@ -1,0 +1,208 @@
+#include "objects/CHTMLTable.h"
+
+#include "document/CDocument.h"
+#include "objects/TableElement.h"
+#include "objects/frmMenu.h"
+#include "support/MError.h"
+#include "support/MResources.h"
+#include "support/UserQuestions.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include <algorithm>
+
+namespace {
+
+QString Text(long id)
+{
+    return MResources::LoadResourceString(id);
+}
+
+// The question about a table whose rows differ; true for OK.
+bool GoOnWithUnevenTable(const QString &prompt)
+{
+    return UserQuestions::MsgBox(prompt, UserQuestions::vbOKCancel, Text(18015)) == UserQuestions::vbOK;
+}
+
+} // namespace
+
+long CHTMLTable::Init(CDocument *CDocument_p, const HtmlElement &pointed)
+{
+    m_Document = CDocument_p;
+    m_boolInTable = false;
+    m_Cell = m_Table = HtmlElement();
+    for (HtmlElement e = pointed; !e.isNull(); e = e.parentElement()) {
+        const QString tag = e.tagName().toLower();
+        if (tag == QLatin1String("td")) {
+            m_Cell = e;
+            HtmlElement t = e.parentElement();
+            while (!t.isNull() && t.tagName().toLower() != QLatin1String("table"))
+                t = t.parentElement();
+            m_Table = t;
+            m_boolInTable = !t.isNull();
+            return 1;
+        }
+        if (tag == QLatin1String("table")) {
+            m_Table = e;
+            m_boolInTable = true;
+            return 1;
+        }
+        if (tag == QLatin1String("html") || tag == QLatin1String("body") || tag.isEmpty())
+            return 1;
+    }
+    return 1;
+}
+
+void CHTMLTable::Prepare(frmMenu &menu)
+{
+    menu.Item(QStringLiteral("mnuTbl"))->setEnabled(m_boolInTable);
+    // The properties dialog isn't there yet: its item is shown but off.
+    QAction *properties = menu.Item(QStringLiteral("mnuTblProperties"));
+    properties->setEnabled(false);
+    menu.Menu(QStringLiteral("mnuTbl"))->insertSeparator(properties);
+    const std::pair<const char *, long (CHTMLTable::*)()> items[] = {
+        {"mnuTblInsertRowAbove", &CHTMLTable::m_mnuTblInsertRowAbove_Click},
+        {"mnuTblInsertRowBelow", &CHTMLTable::m_mnuTblInsertRowBelow_Click},
+        {"mnuTblInsertColLeft", &CHTMLTable::m_mnuTblInsertColLeft_Click},
+        {"mnuTblInsertColRight", &CHTMLTable::m_mnuTblInsertColRight_Click},
+        {"mnuTblDeleteRow", &CHTMLTable::m_mnuTblDeleteRow_Click},
+        {"mnuTblDeleteCol", &CHTMLTable::m_mnuTblDeleteCol_Click}};
+    for (const auto &[name, handler] : items)
+        connect(menu.Item(QString::fromLatin1(name)), &QAction::triggered, this, [this, handler] { (this->*handler)(); });
+}
+
+QString CHTMLTable::ShowMenu(const QPoint &at)
+{
+    frmMenu menu;
+    Prepare(menu);
+    return menu.PopupMenu(QStringLiteral("mnuHTMLText"), at);
+}
+
+// The row is the cell's parent and the table the parent of the row's
+// section. The document is dirty afterwards even where the user stopped
+// at a warning: the engine may have acted before the question.
+long CHTMLTable::RunCommand(const QString &position, Command command, long rowStep, long cellStep)
+{
+    if (!m_boolInTable)
+        return 1;
+    long result = 0;
+    if (m_Cell.isNull()) {
+        MError::SetErrorIfClear(91, QStringLiteral("Object variable not set"), position);
+    } else {
+        const HtmlElement row = m_Cell.parentElement();
+        TableElement table(row.parentElement().parentElement());
+        const long rowIndex = row.property(QStringLiteral("rowIndex")).toLongLong();
+        const long cellIndex = m_Cell.property(QStringLiteral("cellIndex")).toLongLong();
+        if (MError::ErrorNumber() == 0)
+            result = command(table, rowIndex + rowStep, cellIndex + cellStep);
+        if (m_Document)
+            m_Document->SetDirty();
+    }
+    if (MError::ErrorNumber() != 0) {
+        MError::ShowError();
+        return 0;
+    }
+    return result;
+}
+
+long CHTMLTable::m_mnuTblInsertRowAbove_Click()
+{
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowAbove_Click"), &insertTableRow, 0, 0);
+}
+
+long CHTMLTable::m_mnuTblInsertRowBelow_Click()
+{
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowBelow_Click"), &insertTableRow, 1, 0);
+}
+
+long CHTMLTable::m_mnuTblInsertColLeft_Click()
+{
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColLeft_Click"), &insertTableCol, 0, 0);
+}
+
+long CHTMLTable::m_mnuTblInsertColRight_Click()
+{
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColRight_Click"), &insertTableCol, 0, 1);
+}
+
+long CHTMLTable::m_mnuTblDeleteRow_Click()
+{
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteRow_Click"), &deleteTableRow, 0, 0);
+}
+
+long CHTMLTable::m_mnuTblDeleteCol_Click()
+{
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteCol_Click"), &deleteTableCol, 0, 0);
+}
+
+// Both counts start at 1, so a table without rows reads as even.
+long CHTMLTable::checkTable(TableElement &table, long &lSmallest_p, long &lLargest_p)
+{
+    const QList<long> counts = table.CellCounts();
+    if (MError::ErrorNumber() != 0)
+        return 0;
+    lLargest_p = 1;
+    for (long n : counts)
+        lLargest_p = std::max(lLargest_p, n);
+    lSmallest_p = lLargest_p;
+    for (long n : counts)
+        lSmallest_p = std::min(lSmallest_p, n);
+    return 1;
+}
+
+// The new row takes as many cells as the row above it, or at the top as
+// the old first row.
+long CHTMLTable::insertTableRow(TableElement &table, long lRowIndex_p, long)
+{
+    long smallest = 1, largest = 1;
+    if (!checkTable(table, smallest, largest))
+        return 0;
+    if (smallest != largest && !GoOnWithUnevenTable(Text(18016) + QLatin1Char('\n') + Text(18017)))
+        return 1;
+    const QList<long> counts = table.CellCounts();
+    const long neighbour = lRowIndex_p == 0 ? counts.value(0) : counts.value(lRowIndex_p - 1);
+    table.InsertRow(lRowIndex_p, neighbour);
+    return MError::ErrorNumber() == 0 ? 1 : 0;
+}
+
+// A row with fewer cells than the index gets its new cell at its end.
+long CHTMLTable::insertTableCol(TableElement &table, long, long lCellIndex_p)
+{
+    long smallest = 1, largest = 1;
+    if (!checkTable(table, smallest, largest))
+        return 0;
+    if (smallest < lCellIndex_p && !GoOnWithUnevenTable(Text(18018)))
+        return 1;
+    const QList<long> counts = table.CellCounts();
+    for (int r = 0; r < counts.size() && MError::ErrorNumber() == 0; ++r)
+        table.InsertCell(r, counts[r] < lCellIndex_p ? smallest : lCellIndex_p);
+    return MError::ErrorNumber() == 0 ? 1 : 0;
+}
+
+long CHTMLTable::deleteTableRow(TableElement &table, long lRowIndex_p, long)
+{
+    return table.DeleteRow(lRowIndex_p) ? 1 : 0;
+}
+
+// A short row loses its last cell, and a row left without cells goes.
+long CHTMLTable::deleteTableCol(TableElement &table, long, long lCellIndex_p)
+{
+    long smallest = 1, largest = 1;
+    if (!checkTable(table, smallest, largest))
+        return 0;
+    if (smallest != largest && !GoOnWithUnevenTable(Text(18019)))
+        return 1;
+    const QList<long> counts = table.CellCounts();
+    for (int r = 0; r < counts.size() && MError::ErrorNumber() == 0; ++r) {
+        if (counts[r] > lCellIndex_p)
+            table.DeleteCell(r, lCellIndex_p);
+        else if (counts[r] > 0)
+            table.DeleteCell(r, counts[r] - 1);
+    }
+    const QList<long> after = table.CellCounts();
+    for (long r = after.size() - 1; r >= 0 && MError::ErrorNumber() == 0; --r)
+        if (after[r] == 0)
+            table.DeleteRow(r);
+    return MError::ErrorNumber() == 0 ? 1 : 0;
+}

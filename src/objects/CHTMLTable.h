@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/HtmlDocument.h"
+#include "platform/HtmlElement.h"
+
+#include <QObject>
+#include <QPoint>
+
+#include <functional>
+
+class CDocument;
+class TableElement;
+class frmMenu;
+
+// What the text menu offers for the table under the pointer: its "Table"
+// submenu with the insert and remove of rows and columns. These count
+// cells, not grid columns: a cell spanning two columns is one cell. A table
+// whose rows differ in their number of cells is warned about first. It
+// lives for one menu, like the text object that holds it.
+class CHTMLTable : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Finds the table from the element under the pointer: a td makes the
+    // current cell and its table, a table (clicked on its frame, or from a
+    // th) gives the table without a cell. Anything else is no table. 1.
+    long Init(CDocument *CDocument_p, const HtmlElement &pointed);
+    bool InTable() const { return m_boolInTable; }
+    HtmlElement CurrentCell() const { return m_Cell; }
+    HtmlElement CurrentTable() const { return m_Table; }
+
+    // Enables the "Table" submenu of the text menu when a table was found
+    // and connects its items; the text object calls this on its menu.
+    void Prepare(frmMenu &menu);
+    // The text menu on its own with only the table's items working; gives
+    // the picked item's name.
+    QString ShowMenu(const QPoint &at);
+
+    long m_mnuTblInsertRowAbove_Click();
+    long m_mnuTblInsertRowBelow_Click();
+    long m_mnuTblInsertColLeft_Click();
+    long m_mnuTblInsertColRight_Click();
+    long m_mnuTblDeleteRow_Click();
+    long m_mnuTblDeleteCol_Click();
+
+    static long checkTable(TableElement &table, long &lSmallest_p, long &lLargest_p);
+    static long insertTableRow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    static long insertTableCol(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    static long deleteTableRow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    static long deleteTableCol(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+
+private:
+    using Command = long (*)(TableElement &, long, long);
+    long RunCommand(const QString &position, Command command, long rowStep, long cellStep);
+
+    CDocument *m_Document = nullptr;
+    HtmlElement m_Cell;
+    HtmlElement m_Table;
+    bool m_boolInTable = false;
+};
