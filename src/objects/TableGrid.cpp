@@ -269,16 +269,7 @@ bool TableGrid::MergeAcross(int cellId, bool toTheRight)
     if (mTop < top) {
         m->rowSpan = top - mTop;
     } else {
-        // A new cell has nothing in the page yet: the one that is there
-        // takes the joined place, so no content is lost.
-        if (e->id < 0 && m->id > 0) {
-            std::swap(e->id, m->id);
-            std::swap(e->rawCol, m->rawCol);
-            std::swap(e->rawRow, m->rawRow);
-        }
-        if (e->id > 0 && m->id > 0)
-            m_joins.append({Change::Join, e->id, m->id, 0, !toTheRight, QString(), 1, 1});
-        m->removed = true;
+        Join(*e, *m, !toTheRight, QString());
     }
     if (mBottom > bottom)
         AddCell(bottom, mCol, mBottom - bottom, mSpan);
@@ -308,14 +299,7 @@ bool TableGrid::MergeDown(int cellId)
         b->col = end;
         b->colSpan = bEnd - end;
     } else {
-        if (e->id < 0 && b->id > 0) {
-            std::swap(e->id, b->id);
-            std::swap(e->rawCol, b->rawCol);
-            std::swap(e->rawRow, b->rawRow);
-        }
-        if (e->id > 0 && b->id > 0)
-            m_joins.append({Change::Join, e->id, b->id, 0, false, QStringLiteral("<BR>"), 1, 1});
-        b->removed = true;
+        Join(*e, *b, false, QStringLiteral("<BR>"));
     }
     if (split && bCol < col && bEnd > end)
         AddCell(below, end, bRows, bEnd - end);
@@ -324,6 +308,21 @@ bool TableGrid::MergeDown(int cellId)
     DropEmptyRows();
     Place();
     return true;
+}
+
+// The cell takes in the other one's content, and the other goes. A new
+// cell has nothing in the page yet: where one of the two is new, the one
+// that is in the page takes the joined place, so no content is lost.
+void TableGrid::Join(Placed &cell, Placed &other, bool otherFirst, const QString &separator)
+{
+    if (cell.id < 0 && other.id > 0) {
+        std::swap(cell.id, other.id);
+        std::swap(cell.rawCol, other.rawCol);
+        std::swap(cell.rawRow, other.rawRow);
+    }
+    if (cell.id > 0 && other.id > 0)
+        m_joins.append({Change::Join, cell.id, other.id, 0, otherFirst, separator, 1, 1});
+    other.removed = true;
 }
 
 // A row in which no cell starts any more goes, and the cells that ran

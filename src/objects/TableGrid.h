@@ -113,6 +113,7 @@ private:
     const Placed *Neighbour(const Placed &cell, int col) const;
     bool MergeAcross(int cellId, bool toTheRight);
     void AddCell(int row, int col, int rowSpan, int colSpan);
+    void Join(Placed &cell, Placed &other, bool otherFirst, const QString &separator);
     void DropEmptyRows();
 
     QList<RowInfo> m_allRows; // every row of the snapshot, removed ones too
