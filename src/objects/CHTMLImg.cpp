@@ -109,13 +109,21 @@ long CHTMLImg::Register(std::unique_ptr<CHTMLImg> image)
     return self->LetKeldaKey(key);
 }
 
-long CHTMLImg::InitNew(CDocument &document, HtmlElement img)
+// A picture object of the element, joined to the document's objects; null
+// when the element can't be one.
+CHTMLImg *CHTMLImg::Made(CDocument &document, const HtmlElement &img)
 {
     auto made = std::make_unique<CHTMLImg>();
     if (made->Init(img, &document) != 1)
-        return 0;
+        return nullptr;
     CHTMLImg *self = made.get();
-    if (Register(std::move(made)) != 1)
+    return Register(std::move(made)) == 1 ? self : nullptr;
+}
+
+long CHTMLImg::InitNew(CDocument &document, HtmlElement img)
+{
+    CHTMLImg *self = Made(document, img);
+    if (!self)
         return 0;
     self->m_strLocalFile = LocalPictureScheme::PathOf(self->m_strSource);
     self->m_strSource.clear(); // nothing of it stands on the server yet
@@ -149,11 +157,8 @@ long CHTMLImg::ChooseFolder()
 
 long CHTMLImg::InitEx(CDocument &document, HtmlElement img)
 {
-    auto made = std::make_unique<CHTMLImg>();
-    if (made->Init(img, &document) != 1)
-        return 0;
-    CHTMLImg *self = made.get();
-    if (Register(std::move(made)) != 1)
+    CHTMLImg *self = Made(document, img);
+    if (!self)
         return 0;
     img.setAttribute(QStringLiteral("id"), QString());
     img.removeAttribute(QStringLiteral("id"));

@@ -72,6 +72,7 @@ public:
     static QString ChoosePictureFile(QWidget *parent);
 
 private:
+    static CHTMLImg *Made(CDocument &document, const HtmlElement &img);
     long CompressImage(const QString &strFile_p);
     long ChooseFolder();
     void ListenToPage();

@@ -5,6 +5,7 @@
 
 #include "CachingProxy.h"
 #include "DemoSite.h"
+#include "FormDriver.h"
 #include "ModalDriver.h"
 #include "ProxyServers.h"
 #include "Socks4Proxy.h"
@@ -31,6 +32,8 @@
 
 namespace {
 
+using namespace form_driver;
+
 using G = MGlobalProjectObjects;
 
 TestServers &servers()
@@ -41,27 +44,6 @@ TestServers &servers()
 QString L(long id)
 {
     return MResources::LoadResourceString(id);
-}
-
-template <class T> T *child(QWidget *form, const char *name)
-{
-    T *found = form->findChild<T *>(QString::fromLatin1(name));
-    EXPECT_NE(found, nullptr) << name;
-    return found;
-}
-
-void type(QWidget *form, const char *name, const QString &text)
-{
-    auto *box = child<QLineEdit>(form, name);
-    box->setFocus();
-    box->selectAll();
-    QTest::keyClick(box, Qt::Key_Delete);
-    QTest::keyClicks(box, text);
-}
-
-void click(QWidget *form, const char *name)
-{
-    QTest::mouseClick(child<QAbstractButton>(form, name), Qt::LeftButton);
 }
 
 // A radio button takes a click on its circle, not beside its text.

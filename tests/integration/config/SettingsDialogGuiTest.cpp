@@ -3,6 +3,7 @@
 // keep, the activation that an edit takes away and its undoing gives back,
 // Cancel, and settings files written and read back.
 
+#include "FormDriver.h"
 #include "ModalDriver.h"
 #include "TestServers.h"
 #include "config/CPublicSettings.h"
@@ -35,28 +36,13 @@ QT_END_NAMESPACE
 
 namespace {
 
+using namespace form_driver;
+
 using G = MGlobalProjectObjects;
 
 TestServers &servers()
 {
     return TestServers::shared();
-}
-
-template <class T> T *child(QWidget *form, const char *name)
-{
-    T *found = form->findChild<T *>(QString::fromLatin1(name));
-    EXPECT_NE(found, nullptr) << name;
-    return found;
-}
-
-// Typed as a user types: the box's text selected, the new one over it.
-void type(QWidget *form, const char *name, const QString &text)
-{
-    auto *box = child<QLineEdit>(form, name);
-    box->setFocus();
-    box->selectAll();
-    QTest::keyClick(box, Qt::Key_Delete);
-    QTest::keyClicks(box, text);
 }
 
 // Characters no key of the test keyboard gives come as an input method
@@ -74,11 +60,6 @@ void pickSites(QWidget *form)
 {
     auto *tree = child<QTreeWidget>(form, "TreeView1");
     tree->setCurrentItem(tree->topLevelItem(0));
-}
-
-void click(QWidget *form, const char *name)
-{
-    QTest::mouseClick(child<QPushButton>(form, name), Qt::LeftButton);
 }
 
 QString status(QWidget *form)
