@@ -17,7 +17,6 @@
 #include "transfer/FileBatch.h"
 #include "transfer/FilePictures.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -40,18 +39,17 @@ QString L(long id)
     return MResources::LoadResourceString(id);
 }
 
-QIcon IconOf(int image, bool problem)
+QStyle::StandardPixmap PixmapOf(int image, bool problem)
 {
-    QStyle *style = QApplication::style();
     if (problem)
-        return style->standardIcon(QStyle::SP_MessageBoxWarning);
+        return QStyle::SP_MessageBoxWarning;
     switch (image) {
-    case kFolder: return style->standardIcon(QStyle::SP_DirIcon);
-    case kOpenFolder: return style->standardIcon(QStyle::SP_DirOpenIcon);
-    case LocalRoots::Fixed: return style->standardIcon(QStyle::SP_DriveHDIcon);
-    case LocalRoots::Disc: return style->standardIcon(QStyle::SP_DriveCDIcon);
-    case LocalRoots::Removable: return style->standardIcon(QStyle::SP_DriveFDIcon);
-    default: return style->standardIcon(QStyle::SP_FileIcon);
+    case kFolder: return QStyle::SP_DirIcon;
+    case kOpenFolder: return QStyle::SP_DirOpenIcon;
+    case LocalRoots::Fixed: return QStyle::SP_DriveHDIcon;
+    case LocalRoots::Disc: return QStyle::SP_DriveCDIcon;
+    case LocalRoots::Removable: return QStyle::SP_DriveFDIcon;
+    default: return QStyle::SP_FileIcon;
     }
 }
 
@@ -169,7 +167,7 @@ QTreeWidgetItem *CLocalTreeView::MakeNode(const QString &key, const QString &tex
     auto *node = new QTreeWidgetItem(QStringList(text));
     node->setData(0, FileTreeWidget::KeyRole, key);
     node->setData(0, FileTreeWidget::ImageRole, image);
-    node->setIcon(0, IconOf(image, !problem.isEmpty()));
+    node->setIcon(0, m_tvwLocal->StyleIcon(PixmapOf(image, !problem.isEmpty())));
     if (!problem.isEmpty()) {
         node->setData(0, ProblemRole, problem);
         node->setToolTip(0, problem);
@@ -201,7 +199,7 @@ void CLocalTreeView::OnExpanded(QTreeWidgetItem *node)
 {
     if (FileTreeWidget::Image(node) == kFolder) {
         node->setData(0, FileTreeWidget::ImageRole, kOpenFolder);
-        node->setIcon(0, IconOf(kOpenFolder, false));
+        node->setIcon(0, m_tvwLocal->StyleIcon(QStyle::SP_DirOpenIcon));
     }
     if (!HoldsDummyOnly(node))
         return;
@@ -222,7 +220,7 @@ void CLocalTreeView::OnCollapsed(QTreeWidgetItem *node)
     if (FileTreeWidget::Image(node) != kOpenFolder)
         return;
     node->setData(0, FileTreeWidget::ImageRole, kFolder);
-    node->setIcon(0, IconOf(kFolder, false));
+    node->setIcon(0, m_tvwLocal->StyleIcon(QStyle::SP_DirIcon));
 }
 
 // The folders, then the files (AddSubDirs, AddSubFile), put in at once.

@@ -60,7 +60,7 @@ private:
     bool ReadNode(QTreeWidgetItem *node);
     QTreeWidgetItem *AddNode(QTreeWidgetItem *parent, const QString &key, const QString &text, int image,
                              const QString &problem = QString());
-    static QTreeWidgetItem *MakeNode(const QString &key, const QString &text, int image, const QString &problem);
+    QTreeWidgetItem *MakeNode(const QString &key, const QString &text, int image, const QString &problem);
     static void AddDummyChild(QTreeWidgetItem *node);
     static bool HoldsDummyOnly(const QTreeWidgetItem *node);
     static bool TakesFiles(const QTreeWidgetItem *node);

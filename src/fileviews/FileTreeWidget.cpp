@@ -32,6 +32,14 @@ bool FileTreeWidget::IsFolder(const QTreeWidgetItem *item)
     return image == 1 || image == 2;
 }
 
+QIcon FileTreeWidget::StyleIcon(QStyle::StandardPixmap which)
+{
+    auto found = m_icons.constFind(which);
+    if (found == m_icons.constEnd())
+        found = m_icons.insert(which, style()->standardIcon(which));
+    return *found;
+}
+
 QString FileTreeWidget::SelectedKey() const
 {
     return Key(currentItem());

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QHash>
+#include <QIcon>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QUrl>
 
@@ -24,6 +27,10 @@ public:
     static int Image(const QTreeWidgetItem *item);
     static bool IsFolder(const QTreeWidgetItem *item);
     QString SelectedKey() const;
+    // The style's icon, looked up once per tree: a lookup reads the icon
+    // theme and costs more than the rest of an item, and a folder may put
+    // thousands of items in at once.
+    QIcon StyleIcon(QStyle::StandardPixmap which);
 
     std::function<QMimeData *(QTreeWidgetItem *)> dragData;
     std::function<void()> dragEnded;
@@ -50,4 +57,5 @@ private:
     bool Accepts(const QMimeData *data, const QPoint &at);
 
     bool m_dragging = false;
+    QHash<int, QIcon> m_icons;
 };

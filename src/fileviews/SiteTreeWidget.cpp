@@ -1,23 +1,7 @@
 #include "fileviews/SiteTreeWidget.h"
 
-#include <QApplication>
-#include <QStyle>
 
 const QString SiteTreeWidget::WaitPrefix = QStringLiteral("##wait_");
-
-namespace {
-
-QIcon IconOf(int image)
-{
-    QStyle *style = QApplication::style();
-    if (image == 1 || image == 2)
-        return style->standardIcon(QStyle::SP_DirIcon);
-    if (image == 3)
-        return {};
-    return style->standardIcon(QStyle::SP_FileIcon);
-}
-
-} // namespace
 
 SiteTreeWidget::SiteTreeWidget(QWidget *parent) : FileTreeWidget(parent)
 {
@@ -38,7 +22,8 @@ long SiteTreeWidget::Add(const QString &parentKey, int, const QString &key, cons
     auto *item = new QTreeWidgetItem(QStringList(text));
     item->setData(0, KeyRole, key);
     item->setData(0, ImageRole, image);
-    item->setIcon(0, IconOf(image));
+    if (image != 3)
+        item->setIcon(0, StyleIcon(image == 1 || image == 2 ? QStyle::SP_DirIcon : QStyle::SP_FileIcon));
     if (parent && parent == m_fillTarget)
         m_pending.append(item);
     else if (parent)
