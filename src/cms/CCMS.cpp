@@ -1,6 +1,7 @@
 #include "cms/CCMS.h"
 
 #include "cms/CMSTableCodec.h"
+#include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "history/HistoryFolderGuard.h"
 #include "platform/LocalFolders.h"
@@ -18,7 +19,8 @@ enum : long {
     txtFileCheckTitle = 17951,
     txtCannotRead = 17952,
     txtLocallyLocked = 17953,
-    txtAdminTitle = 17954
+    txtAdminTitle = 17954,
+    txtOverwriteNewer = 20455
 };
 
 // The runtime's numbers for a file that ends early and one that can't be opened.
@@ -40,6 +42,28 @@ long Fail(const QString &position)
     return 0;
 }
 
+// What this client last saw of the file of one site: the bytes read or
+// written, and the version read.
+struct KnownFile
+{
+    QString folder; // FileKey()
+    bool present = false;
+    QByteArray bytes;
+    double version = 0;
+    bool newerAllowed = false;
+};
+
+KnownFile &Known()
+{
+    static KnownFile known;
+    return known;
+}
+
+void Remember(const QString &folder, bool present, const QByteArray &bytes, double version)
+{
+    Known() = KnownFile{folder, present, bytes, version, false};
+}
+
 SiteRecord CurrentSite()
 {
     const auto &sites = MGlobalProjectObjects::URLDATA;
@@ -47,6 +71,13 @@ SiteRecord CurrentSite()
     if (index >= 0 && index < static_cast<long>(sites.size()))
         return sites[static_cast<size_t>(index)];
     return SiteRecord();
+}
+
+// The file of one site: its FTP account and the folder on it.
+QString FileKey()
+{
+    const SiteRecord site = CurrentSite();
+    return site.baseurl + QLatin1Char('|') + site.userid + QLatin1Char('|') + CCMS::CMSFolder();
 }
 
 } // namespace
@@ -74,6 +105,7 @@ long CCMS::GetCMSData()
     const long got = ftp.SaveFile(folder + QStringLiteral("/cms.dat"), LocalFile(), true);
     if (got == CFTPS::ExpectedFailure) {
         QFile::remove(LocalFile());
+        Remember(FileKey(), false, {}, 0);
         return -1;
     }
     if (got != 1)
@@ -89,7 +121,9 @@ long CCMS::GetCMSData()
     QFile::remove(LocalFile());
 
     double dblVersion = 0;
-    if (!CMSTableCodec::Decode(bytes, QDate::currentDate(), dblVersion)) {
+    const bool decoded = CMSTableCodec::Decode(bytes, QDate::currentDate(), dblVersion);
+    Remember(FileKey(), true, bytes, decoded ? dblVersion : 0);
+    if (!decoded) {
         // The bytes are no valid record: the user is told once and the
         // tables stay as the edit session reset them.
         UserQuestions::MsgBox(L(txtCannotRead), UserQuestions::vbExclamation);
@@ -106,6 +140,8 @@ long CCMS::GetCMSData()
 long CCMS::SetCMSData()
 {
     const QString position = QStringLiteral("CCMS.SetCMSData");
+    if (!MayWriteOverNewer())
+        return -3;
     CFTPS ftp;
     const QString folder = CMSFolder();
     if (HistoryFolderGuard::MakeFolder(ftp, CurrentSite(), folder) != 1)
@@ -131,5 +167,56 @@ long CCMS::SetCMSData()
         return -1;
     if (sent != 1)
         return Fail(position);
+    Remember(FileKey(), true, bytes, CMSTableCodec::CurrentVersion);
+    g_boolCMSTablesChanged = false;
     return 1;
+}
+
+long CCMS::ServerChanged(bool &boolChanged_p)
+{
+    const QString position = QStringLiteral("CCMS.ServerChanged");
+    const QString folder = CMSFolder();
+    const QString local = LocalFolders::tempFolder() + QStringLiteral("/cms-check.dat");
+    CFTPS ftp;
+    const long got = ftp.SaveFile(folder + QStringLiteral("/cms.dat"), local, true);
+    if (got == CFTPS::ExpectedFailure) {
+        QFile::remove(local);
+        boolChanged_p = Known().present;
+        return 1;
+    }
+    if (got != 1)
+        return Fail(position);
+    QFile file(local);
+    if (!file.open(QIODevice::ReadOnly)) {
+        MError::SetErrorIfClear(errFileNotFound, file.errorString(), position);
+        return 0;
+    }
+    const QByteArray bytes = file.readAll();
+    file.close();
+    QFile::remove(local);
+    boolChanged_p = !Known().present || bytes != Known().bytes;
+    return 1;
+}
+
+bool CCMS::KnownForCurrentSite()
+{
+    return !Known().folder.isEmpty() && Known().folder == FileKey();
+}
+
+double CCMS::VersionRead()
+{
+    return KnownForCurrentSite() ? Known().version : 0;
+}
+
+bool CCMS::MayWriteOverNewer()
+{
+    KnownFile &known = Known();
+    if (!KnownForCurrentSite() || known.version <= CMSTableCodec::CurrentVersion || known.newerAllowed)
+        return true;
+    known.newerAllowed = UserQuestions::MsgBox(L(txtOverwriteNewer).arg(known.version),
+                                               UserQuestions::vbYesNo | UserQuestions::vbQuestion
+                                                   | UserQuestions::vbDefaultButton2,
+                                               L(txtAdminTitle))
+                         == UserQuestions::vbYes;
+    return known.newerAllowed;
 }

@@ -10,8 +10,23 @@ public:
     // 1 the tables are filled; -1 the server has no cms.dat; -2 the file
     // held no valid record (the user has been told); 0 failure, error pending.
     long GetCMSData();
-    // 1 written and uploaded; -1 the upload said -1; 0 failure, error pending.
+    // 1 written and uploaded; -1 the upload said -1; -3 not written: the
+    // file read was of a newer version and the user kept it; 0 failure,
+    // error pending.
     long SetCMSData();
+
+    // Whether the file on the server still holds what this client last read
+    // from it or wrote to it: another administrator may have saved in
+    // between. 1 with boolChanged_p set; 0 failure, error pending.
+    long ServerChanged(bool &boolChanged_p);
+    // True when this client has read or written the file of the current
+    // site in this process; what the panel works on is then known.
+    static bool KnownForCurrentSite();
+    // The version of the file last read, 0 for none.
+    static double VersionRead();
+    // A file of a newer version is written in this version's form only
+    // when the user says so; asked once per read. True to go on.
+    static bool MayWriteOverNewer();
 
     // The server folder of cms.dat for the current site record.
     static QString CMSFolder();

@@ -54,5 +54,28 @@ extern QDate g_dtCMSStamp;
 
 inline constexpr float CMS_NO_USER = -100000.0f;
 
+// Set by the commands that lock and unlock pages in the page menus and the
+// site tree: the tables differ from the file, and the next Save writes it,
+// also on a site that had none. Cleared by each read and write.
+extern bool g_boolCMSTablesChanged;
+
 // The state an edit session starts from before each read of the file.
 void ResetCMSTables();
+
+// The entry of a page in g_aCMSPages, found by the exact address. An
+// absent page is written into the spare entry with no users (the single
+// unused -1) and the table grows by one. Gives the entry's index.
+std::size_t CMSMakePageEntry(const QString &strPath_p, bool &boolExisted_p);
+// Takes the page out of the table: later entries move down. False when it
+// wasn't there.
+bool CMSRemovePageEntry(const QString &strPath_p);
+// The user this client was found as at Edit; null when none was found, and
+// then no limit applies.
+const CMSUSER *CMSCurrentUser();
+// A user found who is no administrator of the site: he edits only inside
+// the unlocked areas of pages tied to him.
+bool CMSRestrictedUser();
+// Whether the band's pane of a bit of lBand (1 font, 2 layers, 4 recovery,
+// 8 site) may be opened by this client's user; every pane may with no user
+// found.
+bool CMSBandAllows(std::int32_t lBandBit_p);
