@@ -16,6 +16,7 @@
 #include "history/CRollback.h"
 #include "objects/CHTMLImg.h"
 #include "objects/frmDocumentInnerHTML.h"
+#include "platform/EngineProfile.h"
 #include "platform/GlyphTable.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
@@ -345,6 +346,7 @@ long CDocument::EditOnFrameset()
 
 long CDocument::EditOnPage()
 {
+    EngineProfile::SetSpellCheck(MGlobalProjectObjects::useSpellCheck);
     m_boolEditedAsHTML = m_boolASPEdited = false;
     m_Objects.clear();
     // Content a script adds after the page has loaded is counted from the

@@ -100,6 +100,9 @@ public:
     // The full addresses of the documents of the session, one per Init.
     static QStringList g_astrDocURLs;
 
+    // F7: the spell check of the selection; 1, or 0 with the error pending.
+    long Spellcheck();
+
 private:
     long InitDocument(CDocEventHandler *handler);
     long BindServerPath();

@@ -37,3 +37,15 @@ QWebEngineProfile *EngineProfile::Shared()
     }
     return profile;
 }
+
+void EngineProfile::SetSpellCheck(bool on)
+{
+    QWebEngineProfile *profile = Shared();
+    QStringList languages;
+    const QDir dictionaries(qEnvironmentVariable("QTWEBENGINE_DICTIONARIES_PATH"));
+    for (const QString &file : dictionaries.entryList({QStringLiteral("*.bdic")}, QDir::Files, QDir::Name))
+        languages << file.chopped(5);
+    if (on && !languages.isEmpty() && profile->spellCheckLanguages() != languages)
+        profile->setSpellCheckLanguages(languages);
+    profile->setSpellCheckEnabled(on && !languages.isEmpty());
+}

@@ -17,4 +17,8 @@ public:
     static QWebEngineProfile *Shared();
     // The folder that holds the profile: the key of the single-instance lock.
     static QString StoragePath();
+    // The engine's own underlining of misspelt words in editable pages, on
+    // or off, with every dictionary made for it at build time (a word is
+    // right when any of them knows it: pages mix the user's languages).
+    static void SetSpellCheck(bool on);
 };

@@ -138,6 +138,13 @@ public:
     // body. The count of marked elements, or -1.
     long stripLockMarks(const QStringList &styleProperties);
 
+    // Calls a function of the page's runtime (e.g. "layers.list") on this
+    // document: the frame's path goes first, then the arguments.
+    QVariant callRuntime(const QString &function, const QVariantList &args, const QString &position) const
+    {
+        return call(function, args, position);
+    }
+
 private:
     friend class HtmlSelection;
     friend class HtmlTextRange;

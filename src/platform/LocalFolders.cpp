@@ -68,6 +68,14 @@ QString LocalFolders::configFolder()
     return ensureFolder(base + QStringLiteral("/keldacms"));
 }
 
+QString LocalFolders::dataFolder()
+{
+    QString base = qEnvironmentVariable("XDG_DATA_HOME");
+    if (base.isEmpty())
+        base = QDir::homePath() + QStringLiteral("/.local/share");
+    return ensureFolder(base + QStringLiteral("/keldacms"));
+}
+
 QString LocalFolders::namedTempFolder()
 {
     return tempBase() + QStringLiteral("/keldacms-") + QString::number(getuid());

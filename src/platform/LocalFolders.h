@@ -11,6 +11,9 @@ class LocalFolders
 public:
     // $XDG_CONFIG_HOME/keldacms, or ~/.config/keldacms; created on demand.
     static QString configFolder();
+    // $XDG_DATA_HOME/keldacms, or ~/.local/share/keldacms: what the user
+    // builds up over time (the personal word list); created on demand.
+    static QString dataFolder();
 
     // What stands at the place of the temporary folder once we have tried to
     // make it ours.

@@ -3,6 +3,8 @@
 #include "platform/LocalPictureScheme.h"
 
 #include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
 #include <QtGlobal>
 
 #include <unistd.h>
@@ -17,6 +19,27 @@ void PageEngineEnvironment::prepare()
                 "--disable-component-update --disable-sync --no-first-run");
     }
     LocalPictureScheme::Register();
+    FindSpellingDictionaries();
+}
+
+// The engine's own spelling dictionaries (made at build time from the
+// machine's Hunspell files) lie beside the program in the build, or under
+// share/keldacms where it is installed; the engine reads the place only from
+// its environment. A place the user has set is kept.
+void PageEngineEnvironment::FindSpellingDictionaries()
+{
+    if (qEnvironmentVariableIsSet("QTWEBENGINE_DICTIONARIES_PATH"))
+        return;
+    const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+    const QDir folder = QFileInfo(program).dir();
+    for (const QString &place : {QStringLiteral("qtwebengine_dictionaries"), QStringLiteral("../qtwebengine_dictionaries"),
+                                 QStringLiteral("../share/keldacms/qtwebengine_dictionaries")}) {
+        const QString path = QDir::cleanPath(folder.absoluteFilePath(place));
+        if (QFileInfo(path).isDir()) {
+            qputenv("QTWEBENGINE_DICTIONARIES_PATH", QFile::encodeName(path));
+            return;
+        }
+    }
 }
 
 bool PageEngineEnvironment::hasDisplay()

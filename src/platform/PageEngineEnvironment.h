@@ -13,4 +13,7 @@ public:
     // True when Qt has somewhere to draw windows: an X or Wayland display, or a
     // platform chosen with QT_QPA_PLATFORM (offscreen in tests).
     static bool hasDisplay();
+
+private:
+    static void FindSpellingDictionaries();
 };

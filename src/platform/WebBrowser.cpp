@@ -104,7 +104,9 @@ void WebBrowser::injectRuntime()
                          + QStringLiteral("\n")
                          + readResource(QStringLiteral(":/keldacms/engine/kelda-objects.js"))
                          + QStringLiteral("\n")
-                         + readResource(QStringLiteral(":/keldacms/engine/kelda-images.js")));
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-images.js"))
+                         + QStringLiteral("\n")
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-spelling.js")));
     m_page->scripts().insert(script);
 }
 
