@@ -42,7 +42,7 @@ enum Text : long {
     txtHttpAddress = 14811, txtFtpAddress = 14812, txtRemotePath = 14813, txtAbsolute = 14814, txtAutoIndex = 14815,
     txtFtpRoot = 14816, txtIndexName = 14817, txtAutoMode = 14818, txtStatusOf = 14819, txtActivate = 14820,
     txtProxy = 14821, txtEditASP = 14822, txtEditJava = 14823, txtEditHTML = 14824, txtDeleteFiles = 14825,
-    txtMakeFolders = 14826, txtAllFiles = 14827, txtFormat = 14828, txtCharSet = 14829, txtCMSUser = 14830,
+    txtMakeFolders = 14826, txtAllFiles = 14827, txtUseSpellCheck = 20817, txtFormat = 14828, txtCharSet = 14829, txtCMSUser = 14830,
     txtCMSPassword = 14831, txtShowNextTime = 14832, txtScriptInfo = 14833, txtScriptInfo2 = 14834,
     txtTidyInfo = 14835, txtTidyInfo2 = 14836, txtCMSInfo = 14837, txtWelcome = 14838, txtWelcome2 = 14839,
     txtActivateMySite = 14840, txtStartEditing = 14841, txtAboutDialog = 14842, txtNotActivated = 14843,
@@ -332,6 +332,7 @@ QWidget *frmSettingsEx::BuildMiscPane()
     chkEnableDeleteFiles = AddCheck(pane, "chkEnableDeleteFiles", txtDeleteFiles);
     chkEnableMakeFolders = AddCheck(pane, "chkEnableMakeFolders", txtMakeFolders);
     chkShowAllFiles = AddCheck(pane, "chkShowAllFiles", txtAllFiles);
+    chkUseSpellCheck = AddCheck(pane, "chkUseSpellCheck", txtUseSpellCheck);
     column->addStretch(1);
     connect(cboLangs, &QComboBox::activated, this, &frmSettingsEx::cboLangs_Click);
     return pane;
@@ -485,6 +486,7 @@ void frmSettingsEx::FillOptions()
         if (box.first)
             box.first->setChecked((bits & box.second) != 0);
     chkUseTidyComp->setChecked(G::UseTidy);
+    chkUseSpellCheck->setChecked(G::useSpellCheck);
     cmbCharEncodingType->setCurrentIndex(qMax(0, cmbCharEncodingType->findData(static_cast<int>(G::TidyCharEncodingType))));
     cmbIntendent->setCurrentIndex(static_cast<int>(qBound(0L, G::TidyIndentScheme, 2L)));
     cmbCharEncodingType->setEnabled(G::UseTidy);
@@ -949,6 +951,11 @@ long frmSettingsEx::SaveFlags()
             bits += box.second;
     G::AdvancedUserSettings = bits;
     G::UseTidy = chkUseTidyComp->isChecked();
+    // The spell check's switch is kept here too, so that a user can turn it
+    // on without editing the settings file by hand.
+    G::useSpellCheck = chkUseSpellCheck->isChecked();
+    CReg::SaveSetting(QStringLiteral("Spell"), QStringLiteral("useSpellCheck"),
+                      G::useSpellCheck ? QStringLiteral("True") : QStringLiteral("False"));
     G::TidyCharEncodingType = cmbCharEncodingType->currentData().toLongLong();
     G::TidyIndentScheme = cmbIntendent->currentIndex();
     G::CMSUserName = txtCMSUserName->text();

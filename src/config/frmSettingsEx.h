@@ -133,6 +133,7 @@ private:
     QCheckBox *chkEnableHTML_Editor = nullptr;
     QCheckBox *chkEnableDeleteFiles = nullptr;
     QCheckBox *chkEnableMakeFolders = nullptr;
+    QCheckBox *chkUseSpellCheck = nullptr;
     QCheckBox *chkShowAllFiles = nullptr;
     QCheckBox *chkUseTidyComp = nullptr;
     QComboBox *cmbCharEncodingType = nullptr;

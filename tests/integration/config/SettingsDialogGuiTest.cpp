@@ -366,6 +366,7 @@ TEST_F(SettingsDialogGui, LanguageIsStoredAtOnceAndTheOptionsAtOk)
 
     child<QCheckBox>(&form, "chkEditASP")->click();
     child<QCheckBox>(&form, "chkShowAllFiles")->click();
+    child<QCheckBox>(&form, "chkUseSpellCheck")->click();
     child<QCheckBox>(&form, "chkUseTidyComp")->click();
     auto *charset = child<QComboBox>(&form, "cmbCharEncodingType");
     charset->setFocus();
@@ -377,6 +378,7 @@ TEST_F(SettingsDialogGui, LanguageIsStoredAtOnceAndTheOptionsAtOk)
     EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("UseTidy")), QStringLiteral("True"));
     EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("TidyCharEncodingType")), QStringLiteral("3"));
     EXPECT_EQ(CReg::GetSetting(QStringLiteral("Advanced"), QStringLiteral("CMSUserName")), QStringLiteral("anna"));
+    EXPECT_EQ(CReg::GetSetting(QStringLiteral("Spell"), QStringLiteral("useSpellCheck")), QStringLiteral("True"));
     CReg::SaveSetting(QStringLiteral("Environment"), QStringLiteral("Lang"), QStringLiteral("1033"));
 }
 
