@@ -2,6 +2,7 @@
 
 #include "document/CSendPath.h"
 #include "document/DocumentAddress.h"
+#include "platform/LocalPictureScheme.h"
 #include "transfer/CFTPS.h"
 
 #include <QStringList>
@@ -63,9 +64,13 @@ QString CPageBackgrounds::BodyUploadFolder(const HtmlElement &body, const SiteRe
 long CPageBackgrounds::SaveElementBackground(const HtmlDocument::PendingBackground &pending, const SiteRecord &site)
 {
     const QString folder = pending.uploadpath.isEmpty() ? QStringLiteral("/") : pending.uploadpath;
-    if (Upload(pending.background, folder, site) != 1)
+    // A picture the page shows from the user's disk is named by the
+    // program's own address for it; the file behind it goes up.
+    const QString shown = LocalPictureScheme::PathOf(pending.background);
+    const QString local = shown.isEmpty() ? pending.background : shown;
+    if (Upload(local, folder, site) != 1)
         return 0;
-    const QString name = FileName(pending.background);
+    const QString name = FileName(local);
     QString value = name;
     if (!pending.relativepath.isEmpty()) {
         value = pending.relativepath;

@@ -3,6 +3,7 @@
 #include "document/CDocument.h"
 #include "objects/TableElement.h"
 #include "objects/frmMenu.h"
+#include "objects/frmTableProperties.h"
 #include "support/MError.h"
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
@@ -57,9 +58,8 @@ long CHTMLTable::Init(CDocument *CDocument_p, const HtmlElement &pointed)
 void CHTMLTable::Prepare(frmMenu &menu)
 {
     menu.Item(QStringLiteral("mnuTbl"))->setEnabled(m_boolInTable);
-    // The properties dialog isn't there yet: its item is shown but off.
     QAction *properties = menu.Item(QStringLiteral("mnuTblProperties"));
-    properties->setEnabled(false);
+    properties->setEnabled(m_boolInTable);
     menu.Menu(QStringLiteral("mnuTbl"))->insertSeparator(properties);
     const std::pair<const char *, long (CHTMLTable::*)()> items[] = {
         {"mnuTblInsertRowAbove", &CHTMLTable::m_mnuTblInsertRowAbove_Click},
@@ -67,7 +67,8 @@ void CHTMLTable::Prepare(frmMenu &menu)
         {"mnuTblInsertColLeft", &CHTMLTable::m_mnuTblInsertColLeft_Click},
         {"mnuTblInsertColRight", &CHTMLTable::m_mnuTblInsertColRight_Click},
         {"mnuTblDeleteRow", &CHTMLTable::m_mnuTblDeleteRow_Click},
-        {"mnuTblDeleteCol", &CHTMLTable::m_mnuTblDeleteCol_Click}};
+        {"mnuTblDeleteCol", &CHTMLTable::m_mnuTblDeleteCol_Click},
+        {"mnuTblProperties", &CHTMLTable::m_mnuTblProperties_Click}};
     for (const auto &[name, handler] : items)
         connect(menu.Item(QString::fromLatin1(name)), &QAction::triggered, this, [this, handler] { (this->*handler)(); });
 }
@@ -134,6 +135,26 @@ long CHTMLTable::m_mnuTblDeleteRow_Click()
 long CHTMLTable::m_mnuTblDeleteCol_Click()
 {
     return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteCol_Click"), &deleteTableCol, 0, 0);
+}
+
+// The dialog changes the page as the user goes; its dirty flag says
+// whether anything stayed changed.
+long CHTMLTable::m_mnuTblProperties_Click()
+{
+    if (!m_boolInTable)
+        return 1;
+    frmTableProperties form;
+    form.SetDocument(m_Document);
+    form.SetHTMLTable(m_Table);
+    form.SetCurrentCell(m_Cell);
+    const long shown = form.Show();
+    if (form.GetDirty() && m_Document)
+        m_Document->SetDirty();
+    if (shown == 0) {
+        MError::ShowError();
+        return 0;
+    }
+    return 1;
 }
 
 // Both counts start at 1, so a table without rows reads as even.

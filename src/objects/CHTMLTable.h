@@ -43,6 +43,9 @@ public:
     long m_mnuTblInsertColRight_Click();
     long m_mnuTblDeleteRow_Click();
     long m_mnuTblDeleteCol_Click();
+    // The properties dialog of the table, with the cell under the pointer
+    // as its current cell.
+    long m_mnuTblProperties_Click();
 
     static long checkTable(TableElement &table, long &lSmallest_p, long &lLargest_p);
     static long insertTableRow(TableElement &table, long lRowIndex_p, long lCellIndex_p);

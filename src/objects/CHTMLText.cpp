@@ -35,7 +35,8 @@ enum Text : long { txtSetBackground = 17624, txtChangeBackground = 17625, txtPas
                    txtPasteForeign2 = 17635, txtPaste = 17636, txtProceed = 17649, txtSetColor = 17607,
                    txtWhatsH1H7 = 17653, txtWhatsH1H7Title = 17605, txtOutsideBody = 17654, txtSealed = 17655,
                    txtTitlePrompt = 17656, txtDocumentTitle = 17620, txtPicture = 17641, txtBookmark = 17643,
-                   txtAbsolute = 17200, txtCenter = 17204, txtRule = 17657, txtFormField = 17658 };
+                   txtAbsolute = 17200, txtCenter = 17204, txtRule = 17657, txtFormField = 17658,
+                   txtTable = 17629 };
 
 QString L(long id)
 {
@@ -100,18 +101,12 @@ long CHTMLText::Init(CDocument *CDocument_p, long x_p, long y_p)
     return m_boolDirty ? 1 : -1;
 }
 
-// The element under the pointer, and above it the cell, the link and the
-// floating element it stands in, up to the body.
+// The element under the pointer (the table commands find its cell), and
+// above it the link and the floating element it stands in, up to the body.
 void CHTMLText::ReadPage(long x_p, long y_p)
 {
     m_Range = HtmlSelection(m_HTMLDocument).createRange();
     m_Element = m_HTMLDocument.elementFromPoint(int(x_p), int(y_p));
-    for (HtmlElement e = m_Element; !e.isNull() && !IsTag(e, {"HTML", "BODY"}); e = e.parentElement()) {
-        if (IsTag(e, {"TABLE"}))
-            break;
-        if (m_Cell.isNull() && IsTag(e, {"TD", "TH"}))
-            m_Cell = e;
-    }
     for (HtmlElement e = m_Element; !e.isNull() && !IsTag(e, {"HTML", "BODY"}); e = e.parentElement())
         if (e.styleValue(kPosition) == kAbsolute) {
             m_Positioned = e;
@@ -135,7 +130,7 @@ void CHTMLText::Prepare(frmMenu &menu)
     // Media the page engine can't play have no command yet.
     for (const char *name : {"mnuInsertSoundClip", "mnuInsertFlash", "mnuInsertVideo"})
         menu.Item(QString::fromLatin1(name))->setEnabled(false);
-    TableCommands::PrepareMenu(menu, *m_Document, m_Cell);
+    TableCommands::PrepareMenu(menu, *m_Document, m_Element);
     PrepareLimits(menu);
 }
 
@@ -208,7 +203,7 @@ void CHTMLText::Connect(frmMenu &menu)
     On(menu, "mnuEditLink", [this, &doc] { return LinkCommand::EditLink(doc, m_Link); });
     On(menu, "mnuRemoveLink", [this] { return m_mnuRemoveLink_Click(); });
     On(menu, "mnuInsertImage", [this] { return m_mnuInsertImage_Click(); });
-    On(menu, "mnuInsertTable", [&doc] { return TableCommands::InsertTable(doc); });
+    On(menu, "mnuInsertTable", [this] { return m_mnuInsertTable_Click(); });
     On(menu, "mnuInsertBookMark", [this] { return m_mnuInsertBookMark_Click(); });
     On(menu, "mnuInsertRule", [this] { return m_mnuInsertRule_Click(); });
     for (const auto &[item, kind] : {std::pair{"mnuInsertTextBox", "text"}, {"mnuInsertCheckBox", "checkbox"},
@@ -378,6 +373,13 @@ long CHTMLText::m_mnuInsertImage_Click()
         return -1;
     m_Range.select();
     return CHTMLImg::InsertLocalPicture(*m_Document, file);
+}
+
+long CHTMLText::m_mnuInsertTable_Click()
+{
+    if (InsertionRefused(L(txtTable)))
+        return -1;
+    return TableCommands::InsertTable(*m_Document, m_Range);
 }
 
 long CHTMLText::m_mnuInsertBookMark_Click()

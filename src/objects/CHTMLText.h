@@ -47,6 +47,7 @@ private:
     long m_mnuZOrder_Click();
     long m_mnuRemoveLink_Click();
     long m_mnuInsertImage_Click();
+    long m_mnuInsertTable_Click();
     long m_mnuInsertBookMark_Click();
     long m_mnuInsertRule_Click();
     long InsertFormField(const QString &strKind_p);
@@ -58,7 +59,6 @@ private:
     HtmlDocument m_HTMLDocument;
     HtmlTextRange m_Range;
     HtmlElement m_Element;    // under the pointer
-    HtmlElement m_Cell;       // the table cell the pointer is in
     HtmlElement m_Link;       // the link the selection lies in
     HtmlElement m_Positioned; // the floating element the pointer is in
     bool m_boolDirty = false;

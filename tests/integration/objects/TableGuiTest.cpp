@@ -1,12 +1,21 @@
-// Tables of a page under edit in the real page engine: the rows and
-// columns of the text menu's "Table" items with their warnings, and cell
-// merges, each saved to the fixture server with nothing but the table's
-// bytes changed.
+// Tables of a page under edit in the real page engine: a new table put in
+// through its dialog, the rows and columns of the text menu's "Table" items
+// with their warnings, cell merges and the properties dialog, each saved to
+// the fixture server with nothing but the table's bytes changed.
 
+#include "../fileviews/SiteTreeDriver.h"
 #include "ObjectPage.h"
+#include "fileviews/SiteFileDialogs.h"
+#include "platform/LocalPictureScheme.h"
 #include "config/MGlobalProjectObjects.h"
 #include "objects/CHTMLTable.h"
 #include "objects/TableElement.h"
+
+#include <QAbstractButton>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QImage>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -14,6 +23,9 @@ namespace {
 
 using object_test::EditedPage;
 using Q = UserQuestions;
+using fileviews_test::click;
+using fileviews_test::onModal;
+using fileviews_test::type;
 
 const QByteArray kHead = "<!DOCTYPE html>\n<html><head><title>Tables</title></head><body>\n"
                          "<p id=\"before\">Before the table.</p>\n";
@@ -29,7 +41,11 @@ protected:
         save_test::setSaveDate();
         Q::Script({});
     }
-    void TearDown() override { Q::EndScript(); }
+    void TearDown() override
+    {
+        SiteFileDialogs::EndScript();
+        Q::EndScript();
+    }
 
     void open(const QByteArray &table)
     {
@@ -64,7 +80,7 @@ protected:
         EXPECT_GT(start, 0);
         const QByteArray body = kHead.mid(kHead.indexOf("<body>"));
         EXPECT_EQ(saved.mid(saved.indexOf("<body>"), body.size()), body);
-        EXPECT_EQ(saved.mid(end), kTail);
+        EXPECT_EQ(saved.mid(end).toStdString(), kTail.toStdString());
         return saved.mid(start, end - start).toStdString();
     }
 
@@ -159,4 +175,154 @@ TEST_F(Tables, MergedCellsAreSavedWithOnlyTheTableChanged)
     EXPECT_EQ(savedTable(), std::string("<table border=\"1\">\n<tr><td id=\"a\" colspan=\"2\">ab</td></tr>\n"
                                         "<tr><td id=\"c\">c<br>d</td><td></td></tr>\n\n"
                                         "<tr><td id=\"e\">e</td><td></td></tr>\n</table>"));
+}
+
+namespace {
+
+// A picture of the user's disk for a background, and the site's img
+// folder chosen for it in the site tree.
+QString cellPicture(const QTemporaryDir &home, const QString &name)
+{
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(qRgb(20, 160, 60));
+    const QString path = home.filePath(name);
+    EXPECT_TRUE(image.save(path));
+    SiteFileDialogs::Script({path});
+    onModal(QStringLiteral("frmSiteTree"), [](QWidget *dialog) {
+        fileviews_test::TreeHands hands{dialog->findChild<SiteTreeWidget *>(QStringLiteral("tvwSiteTree"))};
+        QTest::mouseClick(hands.tree->viewport(), Qt::LeftButton, {}, hands.at(QStringLiteral("img")));
+        click(dialog, "cmdOk");
+    });
+    return path;
+}
+
+void chooseColor(QWidget *dialog, const char *button, QColor color)
+{
+    onModal(QStringLiteral("dlgChooseColor"), [color](QWidget *colors) {
+        static_cast<QColorDialog *>(colors)->setCurrentColor(color);
+        static_cast<QColorDialog *>(colors)->accept();
+    });
+    click(dialog, button);
+}
+
+// A list item picked with the arrow keys, as a user picks it.
+void keyInList(QWidget *dialog, const char *list, Qt::Key key)
+{
+    auto *combo = dialog->findChild<QComboBox *>(QString::fromLatin1(list));
+    combo->setFocus();
+    QTest::keyClick(combo, key);
+}
+
+void clickArrow(QWidget *dialog, const char *name)
+{
+    QTest::mouseClick(dialog->findChild<QAbstractButton *>(QString::fromLatin1(name)), Qt::LeftButton);
+}
+
+// The changes one session of the properties dialog opened on cell c
+// makes: the table's, a merge, the cell's color and picture, its row's
+// height; each seen in the page while the dialog is still open.
+void changeEverything(EditedPage &page, QWidget *dialog, const QTemporaryDir &home)
+{
+    keyInList(dialog, "cmbAlignment", Qt::Key_Up); // from "Not set" to "left"
+    type(dialog, "txtLineSize", QStringLiteral("3"));
+    clickArrow(dialog, "UpDownCellPaddingUp");
+    click(dialog, "cmdMergeColsRight");
+    chooseColor(dialog, "cmdSetCelColor", QColor(0x33, 0x66, 0x99));
+    cellPicture(home, QStringLiteral("table_cell.png"));
+    click(dialog, "cmdSetCellImage");
+    type(dialog, "txtRowHeight", QStringLiteral("40"));
+
+    const HtmlElement table = page.byId(QStringLiteral("t"));
+    EXPECT_EQ(table.getAttribute(QStringLiteral("align")).toString(), QStringLiteral("left"));
+    EXPECT_EQ(table.getAttribute(QStringLiteral("cellpadding")).toString(), QStringLiteral("3"));
+    EXPECT_EQ(page.byId(QStringLiteral("c")).getAttribute(QStringLiteral("colspan")).toString(), QStringLiteral("2"));
+    EXPECT_EQ(page.byId(QStringLiteral("c")).getAttribute(QStringLiteral("bgcolor")).toString(), QStringLiteral("#336699"));
+    EXPECT_TRUE(page.byId(QStringLiteral("c")).getAttribute(QStringLiteral("background")).toString().startsWith(
+        QString::fromLatin1(LocalPictureScheme::Name())));
+    EXPECT_EQ(dialog->findChild<QLineEdit *>(QStringLiteral("txtCellImage"))->text(), home.filePath(QStringLiteral("table_cell.png")));
+}
+
+const QByteArray kPropertiesTable = "<table id=\"t\" border=\"1\" cellpadding=\"2\">\n"
+                                    "<tr><td id=\"a\">a</td><td id=\"b\">b</td></tr>\n"
+                                    "<tr><td id=\"c\">c</td><td id=\"d\">d</td></tr>\n</table>";
+
+} // namespace
+
+// The dialog's defaults, an entry that is no number refused in words with
+// the dialog back, then the table in the page and on the server.
+TEST_F(Tables, ANewTableGoesInThroughItsDialogAndIsSaved)
+{
+    open("<p id=\"here\">Table here</p>");
+    Q::Script({Q::vbOK});
+    QStringList defaults;
+    onModal(QStringLiteral("frmTableSettings"), [&defaults](QWidget *dialog) {
+        defaults << dialog->windowTitle();
+        for (const char *box : {"txtBorderSize", "txtNumRows", "txtNumCols"})
+            defaults << dialog->findChild<QLineEdit *>(QString::fromLatin1(box))->text();
+        EXPECT_FALSE(dialog->findChild<QWidget *>(QStringLiteral("frmLayout"))->isVisible());
+        type(dialog, "txtNumRows", QStringLiteral("two"));
+        onModal(QStringLiteral("frmTableSettings"), [](QWidget *again) {
+            EXPECT_EQ(again->findChild<QLineEdit *>(QStringLiteral("txtNumRows"))->text(), QStringLiteral("two"));
+            type(again, "txtNumRows", QStringLiteral("2"));
+            type(again, "txtNumCols", QStringLiteral("4"));
+            type(again, "txtBorderSize", QStringLiteral("0"));
+            click(again, "cmdOk");
+        });
+        click(dialog, "cmdOk");
+    });
+    EXPECT_TRUE(pick(QStringLiteral("here"), QStringLiteral("mnuInsertTable")).enabled.contains(QStringLiteral("mnuInsertTable")));
+    EXPECT_EQ(defaults, (QStringList{QStringLiteral("Insert table"), QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("3")}));
+    ASSERT_EQ(Q::ShownSoFar().size(), 1);
+    EXPECT_EQ(Q::ShownSoFar()[0].text, QStringLiteral("The table was not inserted: Rows must be a whole number from 1 to 500, "
+                                                      "and \"two\" is not. Correct it and choose OK again."));
+
+    EXPECT_EQ(page.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    const QByteArray row = "<tr>" + QByteArray("<td>&nbsp;</td>").repeated(4) + "</tr>";
+    const QByteArray saved = save_test::serverFile(m_path), body = kHead.mid(kHead.indexOf("<body>"));
+    EXPECT_EQ(saved.mid(saved.indexOf("<body>")).toStdString(),
+              (body + "<p id=\"here\">Table here<table border=\"0\" cellpadding=\"1\" cellspacing=\"1\" "
+                      "align=\"center\" width=\"90%\"><tbody>" + row + row + "</tbody></table></p>" + kTail)
+                  .toStdString());
+}
+
+// Every change shows in the page as it is made; OK keeps them, and the
+// save changes the table's bytes only, with the cell's picture uploaded.
+TEST_F(Tables, PropertiesChangedInTheDialogAreSavedWithOnlyTheTableChanged)
+{
+    QTemporaryDir home;
+    open(kPropertiesTable);
+    onModal(QStringLiteral("frmTableProperties"), [this, &home](QWidget *dialog) {
+        changeEverything(page, dialog, home);
+        click(dialog, "cmdOk");
+    });
+    pick(QStringLiteral("c"), QStringLiteral("mnuTblProperties"));
+    EXPECT_EQ(savedTable(), std::string("<table id=\"t\" border=\"3\" cellpadding=\"3\" align=\"left\">\n"
+                                        "<tr><td id=\"a\">a</td><td id=\"b\">b</td></tr>\n<tr height=\"40\">"
+                                        "<td id=\"c\" colspan=\"2\" bgcolor=\"#336699\" background=\"../img/table_cell.png\">cd</td>"
+                                        "</tr>\n</table>"));
+    const QString uploaded = fileviews_test::web(QStringLiteral("img/table_cell.png"));
+    EXPECT_EQ(fileviews_test::bytesOf(uploaded), fileviews_test::bytesOf(home.filePath(QStringLiteral("table_cell.png"))));
+    QFile::remove(uploaded);
+}
+
+// Cancel after the same changes puts the table back: the saved page is
+// the page as it was, to the byte, and no picture went up.
+TEST_F(Tables, CancelOfThePropertiesLeavesTheTableByteForByte)
+{
+    QTemporaryDir home;
+    open(kPropertiesTable);
+    // Saved once first, so that the page holds what every save writes
+    // into its head.
+    page.doc->SetDirty();
+    ASSERT_EQ(page.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    const QByteArray before = save_test::serverFile(m_path);
+    onModal(QStringLiteral("frmTableProperties"), [this, &home](QWidget *dialog) {
+        changeEverything(page, dialog, home);
+        click(dialog, "cmdAbort");
+    });
+    pick(QStringLiteral("c"), QStringLiteral("mnuTblProperties"));
+    page.doc->SetDirty();
+    EXPECT_EQ(page.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(save_test::serverFile(m_path).toStdString(), before.toStdString());
+    EXPECT_FALSE(QFile::exists(fileviews_test::web(QStringLiteral("img/table_cell.png"))));
 }
