@@ -14,7 +14,10 @@
 #include "document/DocumentAddress.h"
 #include "document/FolderIndexSearch.h"
 #include "history/CRollback.h"
+#include "objects/AppletPlaceholders.h"
 #include "objects/CHTMLImg.h"
+#include "objects/CVisibility.h"
+#include "objects/ctlVisibility.h"
 #include "objects/frmDocumentInnerHTML.h"
 #include "platform/EngineProfile.h"
 #include "platform/GlyphTable.h"
@@ -371,6 +374,8 @@ long CDocument::EditOnPage()
         m_HTMLBody.setContentEditable(false);
     if (RegisterImages() != 1)
         return 0;
+    if (ShowLayersAndApplets() != 1)
+        return 0;
     if (m_HTMLBody.innerText().size() >= kTextRangeMinimum)
         m_TextRange = HtmlTextRange::aroundElement(m_HTMLBody);
     return 1;
@@ -432,11 +437,24 @@ long CDocument::RegisterImages()
     return 1;
 }
 
+// The frames of a frameset share the one list of the Visibility pane, by
+// which each document's layers are listed on a right click with Shift.
+long CDocument::ShowLayersAndApplets()
+{
+    ctlVisibility *list = m_frmVindrell ? m_frmVindrell->findChild<ctlVisibility *>(ctlVisibility::ObjectName()) : nullptr;
+    m_Visibility = std::make_unique<CVisibility>();
+    if (m_Visibility->Init(list, m_Document, m_lDocIndex) != 1)
+        return 0;
+    return AppletPlaceholders::Show(m_Document);
+}
+
 long CDocument::EditOffPage()
 {
     m_Objects.clear();
+    m_Visibility.reset();
     m_TextRange = HtmlTextRange();
-    m_Document.removeAttributesEverywhere({kKey, QStringLiteral("vismark")});
+    AppletPlaceholders::Hide(m_Document);
+    m_Document.removeAttributesEverywhere({kKey, QStringLiteral("vismark"), QStringLiteral("no_visibility")});
     m_Document.setDesignMode(QStringLiteral("Off"));
     m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
     m_boolEditOn = false;
@@ -522,10 +540,15 @@ void CDocument::RestoreFrameset()
     }
 }
 
-// Pictures chosen from the user's disk go up first; then one pass takes
-// every mark of edit mode off the page.
+// The layers get the visibility they had when edit mode began and the
+// applets lose their boxes; pictures chosen from the user's disk go up;
+// then one pass takes every other mark of edit mode off the page.
 long CDocument::StripEditMarks(const SiteRecord &site)
 {
+    if (m_Visibility && m_Visibility->RestoreLayers() != 1)
+        return 0;
+    if (AppletPlaceholders::Hide(m_Document) != 1)
+        return 0;
     HtmlElement body = m_Document.body();
     if (CPageBackgrounds::SaveBodyBackground(body, site, m_strSavePath) == 0)
         return 0;

@@ -18,6 +18,7 @@ class CFTPS;
 struct SiteRecord;
 class CDocEventHandler;
 class CIHTMLObject;
+class CVisibility;
 class QWidget;
 class WebBrowser;
 
@@ -116,6 +117,8 @@ private:
     void ShowForeignContentOnce(int elementsBefore);
     void MarkCMSAreas();
     long RegisterImages();
+    // The layers of the Visibility pane and the boxes of the applets.
+    long ShowLayersAndApplets();
     QString Position(const QString &operation) const;
 
     // The steps of Save, in their order.
@@ -164,4 +167,5 @@ private:
     HtmlElement m_HTMLBody;
     HtmlTextRange m_TextRange; // the body's text, kept for pages of some length
     CStyle m_Style;
+    std::unique_ptr<CVisibility> m_Visibility; // while edit mode lasts
 };

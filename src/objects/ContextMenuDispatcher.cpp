@@ -1,6 +1,7 @@
 #include "objects/ContextMenuDispatcher.h"
 
 #include "document/CDocument.h"
+#include "objects/CFPHoover.h"
 #include "objects/CHTMLArea.h"
 #include "objects/CHTMLText.h"
 #include "objects/CIHTMLObject.h"
@@ -87,8 +88,8 @@ long ContextMenuDispatcher::Dispatch(int x, int y)
     return 0;
 }
 
-// The rows whose objects come with later commands (script pieces, hover
-// buttons) show nothing yet.
+// The rows whose objects come with later commands (script pieces) show
+// nothing yet.
 long ContextMenuDispatcher::Run(Target target, int x, int y)
 {
     HtmlDocument page;
@@ -101,6 +102,8 @@ long ContextMenuDispatcher::Run(Target target, int x, int y)
     }
     case Target::Area:
         return CHTMLArea().Init(&m_Document, HtmlElement(page.browser(), m_point.value(kHandle).toInt()));
+    case Target::HoverButton:
+        return CFPHoover().Init(control, &m_Document);
     case Target::GenericObject:
         return CPoHTMLobject().Init(&m_Document, control, x, y);
     case Target::ComboDialog:

@@ -270,24 +270,31 @@ void frmLinkDialog::FillFrameNames()
     cmbFrameName->setCurrentText(typed);
 }
 
-// A page of the site is linked by its path from this page, so the link
-// keeps working wherever the site is served from.
 void frmLinkDialog::cmdOpenSajtDialog_Click()
 {
-    frmSiteTree2 tree(this);
+    const QString address = PickSitePage(this, m_strPageURL);
+    if (!address.isEmpty())
+        SetURL(address);
+}
+
+// A page of the site is linked by its path from this page, so the link
+// keeps working wherever the site is served from.
+QString frmLinkDialog::PickSitePage(QWidget *parent, const QString &strPageURL_p)
+{
+    frmSiteTree2 tree(parent);
     const long filled = tree.init();
     if (filled == 0) {
         MError::ShowError();
-        return;
+        return {};
     }
     if (filled != 1)
-        return;
+        return {};
     tree.exec();
     if (tree.Cancelled() || tree.ChosenAddress().isEmpty())
-        return;
+        return {};
     QString relative;
-    FragmentAddresses::calculateRelativePath(m_strPageURL, tree.ChosenAddress(), relative);
-    SetURL(relative.isEmpty() ? tree.ChosenAddress() : relative);
+    FragmentAddresses::calculateRelativePath(strPageURL_p, tree.ChosenAddress(), relative);
+    return relative.isEmpty() ? tree.ChosenAddress() : relative;
 }
 
 void frmLinkDialog::cmdShowAdvanced_Click()

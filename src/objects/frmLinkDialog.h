@@ -47,6 +47,10 @@ public:
     void SetExtraProperty(const QString &strName_p, const QString &strValue_p);
     QString GetExtraProperty(const QString &strName_p) const;
 
+    // A page of the site picked from its tree, as a link from the page
+    // given: empty when nothing was picked.
+    static QString PickSitePage(QWidget *parent, const QString &strPageURL_p);
+
     // Runs the dialog modally: 1 OK with an address, -1 cancelled.
     long Show();
 

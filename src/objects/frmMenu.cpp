@@ -150,6 +150,14 @@ constexpr MenuRow kRows[] = {
     {"mnuHTMLImgEditLink", "mnuHTMLImg", 17612, nullptr, false},
     {"mnuHTMLImgRemoveLink", "mnuHTMLImg", 17613, nullptr, false},
     {"mnuHTMLImageProperties", "mnuHTMLImg", 17203, nullptr, false},
+
+    // The hover button's menu.
+    {"mnuFPHoover", "", 0, "", false},
+    {"mnuFPHCut", "mnuFPHoover", 19004, nullptr, false},
+    {"mnuFPHCopy", "mnuFPHoover", 19005, nullptr, false},
+    {"mnuFPHDel", "mnuFPHoover", 17602, nullptr, false},
+    {"mnuFPHAbsPos", "mnuFPHoover", 17200, nullptr, true},
+    {"mnuFPHProp", "mnuFPHoover", 17203, nullptr, false},
 };
 
 QString Caption(const MenuRow &row)

@@ -125,7 +125,10 @@ long HtmlDocument::execDesign(int command, const QVariant &argument)
     QVariant done;
     switch (command) {
     case RespectVisibilityInDesign:
-        done = call(QStringLiteral("look.design"), {QStringLiteral("visibility"), argument.toBool()}, position);
+        // Respected, a hidden layer stays hidden while the page is edited,
+        // and the Visibility pane shows it; not respected, the look shows
+        // every hidden element.
+        done = call(QStringLiteral("look.design"), {QStringLiteral("visibility"), !argument.toBool()}, position);
         break;
     case ShowZeroBorderAtDesignTime:
         // The editor sends a two-byte 0 here and wants the borders shown;

@@ -106,7 +106,11 @@ void WebBrowser::injectRuntime()
                          + QStringLiteral("\n")
                          + readResource(QStringLiteral(":/keldacms/engine/kelda-images.js"))
                          + QStringLiteral("\n")
-                         + readResource(QStringLiteral(":/keldacms/engine/kelda-spelling.js")));
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-spelling.js"))
+                         + QStringLiteral("\n")
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-applets.js"))
+                         + QStringLiteral("\n")
+                         + readResource(QStringLiteral(":/keldacms/engine/kelda-layers.js")));
     m_page->scripts().insert(script);
 }
 

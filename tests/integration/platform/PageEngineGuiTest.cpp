@@ -235,7 +235,7 @@ TEST_F(PageEngine, BoldCommandActsOnTheSelection)
     EXPECT_EQ(selection.control(), doc.getElementById(QStringLiteral("logo")));
 }
 
-TEST_F(PageEngine, HiddenContentAndZeroBordersAreShownWhileEditing)
+TEST_F(PageEngine, ZeroBordersAreShownWhileEditingAndHiddenContentWhenVisibilityIsNotRespected)
 {
     HtmlDocument doc = open(QStringLiteral("hidden.htm"),
                             "<HTML><BODY><DIV id=\"layer\" style=\"visibility: hidden\">x</DIV>"
@@ -247,9 +247,9 @@ TEST_F(PageEngine, HiddenContentAndZeroBordersAreShownWhileEditing)
 
     HtmlElement layer = doc.getElementById(QStringLiteral("layer"));
     EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("hidden"));
-    EXPECT_EQ(doc.execDesign(HtmlDocument::RespectVisibilityInDesign, true), 1);
-    EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("visible"));
     EXPECT_EQ(doc.execDesign(HtmlDocument::RespectVisibilityInDesign, false), 1);
+    EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("visible"));
+    EXPECT_EQ(doc.execDesign(HtmlDocument::RespectVisibilityInDesign, true), 1);
     EXPECT_EQ(layer.currentStyle().visibility, QStringLiteral("hidden"));
 }
 
