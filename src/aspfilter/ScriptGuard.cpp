@@ -52,19 +52,26 @@ QStringList ScriptGuard::Pieces(QStringView page)
     return ordered;
 }
 
-bool ScriptGuard::Keeps(QStringView original, QStringView outgoing, QString &difference)
+bool ScriptGuard::Keeps(QStringView original, QStringView outgoing, QString &difference, const QStringList &copies)
 {
     const QStringList before = Pieces(original);
     const QStringList after = Pieces(outgoing);
-    for (qsizetype i = 0; i < std::max(before.size(), after.size()); ++i) {
-        if (i < before.size() && i < after.size() && before[i] == after[i])
+    qsizetype i = 0;
+    for (const QString &piece : after) {
+        if (i < before.size() && before[i] == piece) {
+            ++i;
             continue;
-        if (i >= after.size())
-            difference = QStringLiteral("script missing: ") + Shown(before[i]);
-        else if (i >= before.size())
-            difference = QStringLiteral("script added: ") + Shown(after[i]);
+        }
+        if (copies.contains(piece))
+            continue;
+        if (i >= before.size())
+            difference = QStringLiteral("script added: ") + Shown(piece);
         else
-            difference = QStringLiteral("script changed: ") + Shown(before[i]) + QStringLiteral(" became ") + Shown(after[i]);
+            difference = QStringLiteral("script changed: ") + Shown(before[i]) + QStringLiteral(" became ") + Shown(piece);
+        return false;
+    }
+    if (i < before.size()) {
+        difference = QStringLiteral("script missing: ") + Shown(before[i]);
         return false;
     }
     return true;

@@ -15,6 +15,9 @@ public:
     // The script of a page, in order of position.
     static QStringList Pieces(QStringView page);
     // True when the outgoing page keeps the original's script; otherwise
-    // `difference` says what was lost or changed first.
-    static bool Keeps(QStringView original, QStringView outgoing, QString &difference);
+    // `difference` says what was lost or changed first. Beyond the
+    // original's script, in its order, the outgoing page may hold further
+    // copies only of the pieces in `copies` (a block the user pasted).
+    static bool Keeps(QStringView original, QStringView outgoing, QString &difference,
+                      const QStringList &copies = {});
 };

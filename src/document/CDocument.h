@@ -15,6 +15,8 @@
 
 class CASPFilter;
 class CFTPS;
+struct PageEvent;
+struct StylePaneState;
 struct SiteRecord;
 class CDocEventHandler;
 class CIHTMLObject;
@@ -104,6 +106,28 @@ public:
     // F7: the spell check of the selection; 1, or 0 with the error pending.
     long Spellcheck();
 
+    // Events of the page while it is in design mode, and the style pane's
+    // actions on its selection; each 1, or 0 with the error pending.
+    long OnPageEvent(const PageEvent &event);
+    // What the style pane shows for the caret; a picked object gives a
+    // state that is not enabled.
+    long SetStylePaneProperties(StylePaneState &state);
+    // A font name, or empty for "No formatting" (asked about first).
+    long m_cboFont_Click(const QString &strFontName_p);
+    long m_cboBlockFormat(int item);
+    long m_cboClasses(const QString &strClass_p);
+    long m_chkBoldSel_Click();
+    long m_chkItalicSel_Click();
+    long m_chkUnderlineSel_Click();
+    long m_updFontSize(int direction);
+    long SetJustify(const QString &strJustify_p);
+    long Undo();
+    long Redo();
+    long GetUndoRedo(bool &boolCanUndo_p, bool &boolCanRedo_p) const;
+    // The copy of the script block whose start mark is given goes in at
+    // the caret: 1, -1 when the page has no such block, 0 failed.
+    long PasteASPObject(const QString &strMarker_p);
+
 private:
     long InitDocument(CDocEventHandler *handler);
     long BindServerPath();
@@ -120,6 +144,8 @@ private:
     // The layers of the Visibility pane and the boxes of the applets.
     long ShowLayersAndApplets();
     QString Position(const QString &operation) const;
+    static QString EventPosition(const QString &handler);
+    long Command(const QString &command, const QVariant &value, const QString &handler);
 
     // The steps of Save, in their order.
     long SaveObjects();

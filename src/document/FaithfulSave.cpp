@@ -155,10 +155,12 @@ bool FaithfulSave::ViewTokens(const QString &view, QList<PageToken> &tokens, QSt
 // pair of end tags could outweigh a region and leave it unplaced.
 std::vector<int> FaithfulSave::LineUp(const QList<PageToken> &a, const QList<PageToken> &b)
 {
-    QHash<quint64, int> inB;
+    // A block the user pasted stands twice under one key: each region of a
+    // is lined up with the next one of its key in b.
+    QHash<quint64, QList<int>> inB;
     for (int j = 0; j < b.size(); ++j) {
         if (b[j].kind == PageToken::Script)
-            inB.insert(b[j].key, j);
+            inB[b[j].key].append(j);
     }
     std::vector<int> match(size_t(a.size()), -1);
     int fromA = 0;
@@ -174,7 +176,13 @@ std::vector<int> FaithfulSave::LineUp(const QList<PageToken> &a, const QList<Pag
             match[size_t(fromA) + i] = part[i] < 0 ? -1 : fromB + part[i];
     };
     for (int i = 0; i < a.size(); ++i) {
-        const int j = a[i].kind == PageToken::Script ? inB.value(a[i].key, -1) : -1;
+        int j = -1;
+        if (a[i].kind == PageToken::Script)
+            for (int at : inB.value(a[i].key))
+                if (at >= fromB) {
+                    j = at;
+                    break;
+                }
         if (j < fromB)
             continue;
         gap(i, j);
@@ -431,17 +439,51 @@ QString FaithfulSave::Encoded(const QString &characters) const
     return QString::fromLatin1(CPageEncoding::EncodeAs(characters, m_charset));
 }
 
+// The regions of the result are numbered by their place, so a pasted copy
+// shifts the numbers of those behind it; in the page each copy carries the
+// mark of the block it was copied from. A region of the result whose text
+// is that of a block of the source is keyed as that block, the one of the
+// same number when both match.
+void FaithfulSave::KeyCopies(const QString &result, QList<PageToken> &tokens) const
+{
+    QHash<QString, quint64> keyOfText;
+    for (const PageToken &t : m_sourceTokens)
+        if (t.kind == PageToken::Script && !keyOfText.contains(m_source.mid(t.start, t.end - t.start)))
+            keyOfText.insert(m_source.mid(t.start, t.end - t.start), t.key);
+    for (PageToken &t : tokens) {
+        if (t.kind != PageToken::Script)
+            continue;
+        const QString text = result.mid(t.start, t.end - t.start);
+        const int same = m_regionTokens.value(t.key, -1);
+        const bool ownMatches = same >= 0
+            && QStringView(m_source).mid(m_sourceTokens[same].start, m_sourceTokens[same].end - m_sourceTokens[same].start) == text;
+        if (!ownMatches)
+            t.key = keyOfText.value(text, t.key);
+    }
+}
+
+void FaithfulSave::AllowCopyOf(int region)
+{
+    const int token = m_regionTokens.value(RegionKey(region), -1);
+    if (token < 0)
+        return;
+    const PageToken &t = m_sourceTokens[token];
+    m_copies.append(ScriptGuard::Pieces(QStringView(m_source).mid(t.start, t.end - t.start)));
+}
+
 // The result keeps the script, and lines up with what the user sees at
 // least as well as the original lined up with what he saw at Edit.
 long FaithfulSave::Verify(const QString &result, const QList<PageToken> &view, QString &reason) const
 {
     QString difference;
-    if (!ScriptGuard::Keeps(m_source, result, difference)) {
+    if (!ScriptGuard::Keeps(m_source, result, difference, m_copies)) {
         reason = QStringLiteral("The page's server script would not have come back as it was (%1).").arg(difference);
         return 0;
     }
     QList<ScriptRegion> regions;
-    const QList<PageToken> tokens = SourceTokens(result, regions);
+    QList<PageToken> tokens = SourceTokens(result, regions);
+    if (!m_copies.isEmpty())
+        KeyCopies(result, tokens);
     const std::vector<int> match = LineUp(view, tokens);
     if (Unmatched(match, size_t(tokens.size())) > m_baseline) {
         reason = QStringLiteral("The change could not be placed in the page's source exactly.");

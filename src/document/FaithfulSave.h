@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QStringList>
 #include <QList>
 #include <QString>
 
@@ -49,6 +50,10 @@ public:
     // 1 with the bytes to send; 0 with the reason, and nothing may be sent.
     long Splice(const QString &engineView, QByteArray &result, QString &reason) const;
 
+    // The user pasted a copy of the region's output: its script may stand
+    // in the page once more, as a copy of the source's block.
+    void AllowCopyOf(int region);
+
     bool IsPrepared() const { return m_prepared; }
     bool HasScript() const { return !m_regions.isEmpty(); }
     const QByteArray &Original() const { return m_original; }
@@ -71,6 +76,7 @@ private:
     static std::vector<quint64> Keys(const QList<PageToken> &tokens);
     static int Unmatched(const std::vector<int> &match, size_t otherSize);
     long CheckRegions(QString &reason) const;
+    void KeyCopies(const QString &result, QList<PageToken> &tokens) const;
     long CheckMapping(QString &reason) const;
     static QList<Hunk> Hunks(const std::vector<int> &match, int sizeA, int sizeB);
     bool Place(const Hunk &hunk, const QString &view, const QList<PageToken> &tokens, qsizetype &start,
@@ -85,6 +91,7 @@ private:
     bool m_prepared = false;
     QByteArray m_original;
     QString m_charset;
+    QStringList m_copies; // script pieces the user pasted again
     QString m_source; // the original, one character per byte
     QList<ScriptRegion> m_regions;
     QList<PageToken> m_sourceTokens;

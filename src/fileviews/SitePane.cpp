@@ -44,6 +44,7 @@ SitePane::SitePane(QWidget *parent) : QWidget(parent), m_SiteTree(this), m_Local
     siteColumn->addLayout(buttons);
     LocalForm = new frmTreeViewLocal(this);
     auto *split = new QSplitter(Qt::Vertical, this);
+    split->setObjectName(QStringLiteral("picSplitPane4"));
     split->addWidget(site);
     split->addWidget(LocalForm);
     auto *layout = new QVBoxLayout(this);

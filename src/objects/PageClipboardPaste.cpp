@@ -1,5 +1,6 @@
 #include "objects/PageClipboardPaste.h"
 
+#include "aspfilter/ASPMarkers.h"
 #include "document/CDocument.h"
 #include "objects/FragmentAddresses.h"
 #include "objects/M_HTMLClipboard.h"
@@ -50,6 +51,8 @@ long PageClipboardPaste::Paste(CDocument &document)
         MError::SetErrorIfClear(91, QStringLiteral("Object variable not set"), kPosition);
         return 0;
     }
+    if (const long block = PasteScriptBlock(document); block != -1)
+        return block;
     QString fragment, source;
     long result = -1;
     if (M_HTMLClipboard::GetHTMLClipboard2(fragment, source) == 1) {
@@ -68,6 +71,20 @@ long PageClipboardPaste::Paste(CDocument &document)
     if (result == 1)
         document.SetDirty();
     return result;
+}
+
+// A script block copied in this program reaches the clipboard as text
+// that starts with its start mark: on a script page it goes back in as a
+// block, not as the text of its mark. -1 when the clipboard holds no such
+// text or the page is no script page.
+long PageClipboardPaste::PasteScriptBlock(CDocument &document)
+{
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    const QString text = data && data->hasText() ? data->text() : QString();
+    const QString mark = QLatin1String(ASPMarkers::StartMarker);
+    if (!document.IsASPDocument() || !text.startsWith(mark))
+        return -1;
+    return document.PasteASPObject(text.left(mark.size() + 5));
 }
 
 long PageClipboardPaste::PasteText(CDocument &document, const QString &strText_p, bool asHTML, const QString &strBase_p)

@@ -22,6 +22,10 @@ public:
     // The text given goes in at the selection as it stands: as plain text,
     // or read as HTML whose addresses are taken as the site's (strBase_p).
     // The same results.
+    // A script block's start mark on the clipboard, on a script page: the
+    // block goes in again (CDocument::PasteASPObject). -1 when the
+    // clipboard holds no such mark.
+    static long PasteScriptBlock(CDocument &document);
     static long PasteText(CDocument &document, const QString &strText_p, bool asHTML, const QString &strBase_p = {});
 
     // What a page takes in one paste, in characters of HTML: a fragment

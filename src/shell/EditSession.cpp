@@ -87,9 +87,8 @@ EditSession::EditSession(frmVindrell &form)
 }
 
 // While a session stands the page's events keep the documents' state: a
-// press makes its document the current one, and a key, a paste or a drop
-// counts as a change (also a key that changes nothing, as the user expects
-// to be asked about anything typed).
+// press makes its document the current one, a right click and a paste are
+// the program's own, and the rest goes to the document it happened in.
 void EditSession::OnPageEvent(const PageEvent &event)
 {
     if (event.type == QStringLiteral("copy") || event.type == QStringLiteral("cut"))
@@ -107,9 +106,8 @@ void EditSession::OnPageEvent(const PageEvent &event)
             OnContextMenu(*m_Documents[n], event);
         else if (event.type == QStringLiteral("paste") && event.cancelled)
             OnPaste(*m_Documents[n]);
-        else if (event.type == QStringLiteral("keyup") || event.type == QStringLiteral("paste")
-                 || event.type == QStringLiteral("drop"))
-            m_Documents[n]->SetDirty();
+        else if (!m_Documents[n]->OnPageEvent(event))
+            MError::ShowError();
         return;
     }
 }
@@ -136,6 +134,13 @@ void EditSession::OnPaste(CDocument &document)
 }
 
 EditSession::~EditSession() = default;
+
+CDocument *EditSession::CurrentDocument() const
+{
+    if (!m_boolDocumentLoaded || m_lDocIndex < 0 || size_t(m_lDocIndex) >= m_Documents.size())
+        return nullptr;
+    return m_Documents[size_t(m_lDocIndex)].get();
+}
 
 EditSession::StepGuard::StepGuard(EditSession &session)
     : m_session(session)

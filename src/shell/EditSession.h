@@ -74,6 +74,8 @@ public:
     long DocIndex() const { return m_lDocIndex; }
     void SetDocIndex(long index) { m_lDocIndex = index; }
     const std::vector<std::shared_ptr<CDocument>> &Documents() const { return m_Documents; }
+    // The document that has the caret; none while no page is edited.
+    CDocument *CurrentDocument() const;
     bool DocumentLoaded() const { return m_boolDocumentLoaded; }
     bool Saving() const { return m_boolSaving; }
     bool Aborted() const { return boolEditAborted; }

@@ -3,12 +3,15 @@
 #include "config/CPublicSettings.h"
 #include "config/CSettingsFileDropTarget.h"
 #include "config/frmSettingsEx.h"
+#include "config/frmSettingsHelp.h"
 #include "config/CSiteChoice.h"
 #include "config/frmMessageBoxYesNoOnce.h"
 #include "platform/CReg.h"
 #include "platform/HttpControl.h"
 #include "document/CDocument.h"
 #include "platform/PageScriptCall.h"
+#include "shell/BandEvents.h"
+#include "shell/CGUI.h"
 #include "shell/CSiteOfAddress.h"
 #include "shell/EditKeyGuard.h"
 #include "shell/FrameList.h"
@@ -31,6 +34,7 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QShowEvent>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -39,48 +43,21 @@ bool frmVindrell::g_boolVersionChecked = false;
 QString frmVindrell::g_strHelpBase;
 
 namespace {
-struct Caption
-{
-    const char *control;
-    long caption;
-    long toolTip;
-};
-
-// The captions and tooltips of the band and the address row, by control.
-const Caption kCaptions[] = {
-    {"cmdEdit", 14421, StringIds::EditTip},
-    {"cmdUndo", 19900, StringIds::UndoTip},
-    {"cmdRedo", 19901, StringIds::RedoTip},
-    {"cmdShowAdminSettings", 19902, StringIds::AdminTip},
-    {"cmdPane1", 14422, StringIds::VisibilityTip},
-    {"cmdPane2", 19903, StringIds::FontTip},
-    {"cmdPane3", 14400, StringIds::RecoverTip},
-    {"cmdPane4", 14401, StringIds::SiteViewTip},
-    {"cmdHelp", 19905, 14402},
-    {"cmdComment", 19906, 14404},
-    {"cmdSettings", 19904, 14403},
-    {"cmdSave", 19907, StringIds::SaveTip},
-    {"cmdBack", 19908, StringIds::BackTip},
-    {"cmdForward", 19909, StringIds::ForwardTip},
-    {"cmdGo", StringIds::GoButton, StringIds::GoTip},
-};
-
 constexpr long kMsgNoNewWindow = 14200;
 constexpr long kCaptionPrefix = 14201;
 // How long a version question waits before it looks again whether the
 // window is free for it.
 constexpr int kVersionRetryMs = 1000;
-
-// The band's width in pixels; the splitter that moves it comes with the
-// band's own layout.
-constexpr int kBandWidth = 180;
 } // namespace
 
 frmVindrell::frmVindrell(QWidget *parent)
     : QMainWindow(parent)
 {
     buildControls();
+    m_GUI = new CGUI(this);
+    m_GUI->Init(this);
     m_session = std::make_unique<EditSession>(*this);
+    m_Band = new BandEvents(*m_GUI, *m_session, m_IE, this);
     m_VersionCheck = new VersionCheck(this);
     connectControls();
     hookUpPaneAndKeys();
@@ -101,25 +78,24 @@ QPushButton *frmVindrell::addButton(QWidget *parent, const char *name, bool chec
     return button;
 }
 
+// The band and the browser side by side, divided by the splitter picSplit.
 void frmVindrell::buildControls()
 {
-    auto *central = new QWidget(this);
-    auto *row = new QHBoxLayout(central);
-    row->addWidget(buildBand());
-    row->addWidget(buildBrowserColumn(), 1);
-    setCentralWidget(central);
-    resize(1024, 768);
+    auto *split = new QSplitter(Qt::Horizontal, this);
+    split->setObjectName(QStringLiteral("picSplit"));
+    split->addWidget(buildBand());
+    split->addWidget(buildBrowserColumn());
+    setCentralWidget(split);
 }
 
-// The band's column from the top. Buttons whose work comes with later parts
-// of the program stand in their places, disabled.
+// The band's column from the top. The panes' frames go under their buttons
+// (CGUI); the filler takes the room while no pane is open.
 QWidget *frmVindrell::buildBand()
 {
     auto *band = new QWidget(this);
     band->setObjectName(QStringLiteral("picBand"));
-    band->setFixedWidth(kBandWidth);
     auto *column = new QVBoxLayout(band);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(8, 8, 4, 8);
     cmdEdit = addButton(band, "cmdEdit", true);
     column->addWidget(cmdEdit);
     auto *undoRow = new QHBoxLayout;
@@ -129,7 +105,9 @@ QWidget *frmVindrell::buildBand()
     column->addWidget(addButton(band, "cmdShowAdminSettings"));
     for (const char *pane : {"cmdPane1", "cmdPane2", "cmdPane3", "cmdPane4"})
         column->addWidget(addButton(band, pane, true));
-    column->addStretch(1);
+    auto *filler = new QWidget(band);
+    filler->setObjectName(QStringLiteral("picFiller"));
+    column->addWidget(filler, 1);
     auto *smallRow = new QHBoxLayout;
     for (const char *small : {"cmdHelp", "cmdComment", "cmdSettings"})
         smallRow->addWidget(addButton(band, small));
@@ -138,8 +116,6 @@ QWidget *frmVindrell::buildBand()
     column->addWidget(cmdSave);
     for (QPushButton *button : band->findChildren<QPushButton *>())
         button->setEnabled(false);
-    // The comment form is not part of this build: its place stays empty.
-    band->findChild<QPushButton *>(QStringLiteral("cmdComment"))->setVisible(false);
     return band;
 }
 
@@ -147,7 +123,7 @@ QWidget *frmVindrell::buildBrowserColumn()
 {
     auto *side = new QWidget(this);
     auto *column = new QVBoxLayout(side);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(4, 8, 8, 8);
     m_IE = new WebBrowser(side);
     m_IE->setObjectName(QStringLiteral("m_IE"));
     column->addWidget(m_IE, 1);
@@ -231,15 +207,6 @@ void frmVindrell::ShowStatus(const QString &text)
     statusBar()->showMessage(text);
 }
 
-void frmVindrell::LoadResCaps()
-{
-    for (const Caption &entry : kCaptions) {
-        auto *button = findChild<QPushButton *>(QString::fromLatin1(entry.control));
-        button->setText(MResources::LoadResourceString(entry.caption));
-        button->setToolTip(MResources::LoadResourceString(entry.toolTip));
-    }
-}
-
 void frmVindrell::fillAddressList()
 {
     cmbAddress->clear();
@@ -265,7 +232,7 @@ void frmVindrell::Form_Load()
         return Form_Load_Trap(9);
     // The frames' address list comes with the edit session.
     fillAddressList();
-    LoadResCaps();
+    m_GUI->LoadResCaps();
     // The version is asked for once the window stands (showEvent).
     cmdEdit->setEnabled(true);
     findChild<QPushButton *>(QStringLiteral("cmdSettings"))->setEnabled(true);
@@ -373,6 +340,7 @@ void frmVindrell::closeEvent(QCloseEvent *event)
 // focus and keys.
 void frmVindrell::Form_QueryUnload()
 {
+    m_GUI->SaveLayout();
     disconnect(m_IE, nullptr, this, nullptr);
     m_IE->stop();
 }
@@ -425,50 +393,50 @@ void frmVindrell::navigateTo(const QString &address)
 void frmVindrell::hookUpPaneAndKeys()
 {
     m_KeyGuard = new EditKeyGuard(m_IE, this);
-    m_RevisionPane = new RevisionPane(this, centralWidget());
+    m_RevisionPane = new RevisionPane(this, this);
     m_RevisionPane->setObjectName(QStringLiteral("picRollback"));
-    m_RevisionPane->hide();
-    static_cast<QBoxLayout *>(centralWidget()->layout())->addWidget(m_RevisionPane);
-    // The pane may open at any time: outside an edit its list is empty, or,
-    // after a save or a reset, of the page that was edited while it stays
-    // on screen.
-    auto *pane3 = findChild<QPushButton *>(QStringLiteral("cmdPane3"));
-    pane3->setEnabled(true);
-    connect(pane3, &QPushButton::clicked, this, &frmVindrell::cmdPane3_Click);
     // A revision put back ends the edit as a stop does: nothing is asked or
     // saved, and the restored page is loaded fresh.
     connect(m_RevisionPane, &RevisionPane::RevisionReset, this, [this] {
         m_session->EditStop();
         RevisionsFollowPage();
     });
-    // The site pane, like the revision pane, may open at any time.
-    m_SitePane = new SitePane(centralWidget());
-    m_SitePane->hide();
+    m_SitePane = new SitePane(this);
     m_SitePane->SiteTree().documentAddresses = [this] { return QStringList{m_IE->LocationURL()}; };
     m_SitePane->SiteTree().openPage = [this](const QString &address) { navigateTo(address); };
-    static_cast<QBoxLayout *>(centralWidget()->layout())->insertWidget(1, m_SitePane);
-    auto *pane4 = findChild<QPushButton *>(QStringLiteral("cmdPane4"));
-    pane4->setEnabled(true);
-    connect(pane4, &QPushButton::clicked, this, &frmVindrell::cmdPane4_Click);
+    connect(m_GUI, &CGUI::PaneToggled, this, &frmVindrell::PaneToggled);
+    m_GUI->SetPaneFrame(CGUI::RecoverPane, m_RevisionPane);
+    m_GUI->SetPaneFrame(CGUI::SitePane, m_SitePane);
+    connect(m_GUI, &CGUI::HelpRequested, this, [](const QString &topic) { frmSettingsHelp::ShowHelpOn(topic); });
     // The keys are guarded for as long as Edit is down.
     connect(cmdEdit, &QPushButton::toggled, m_KeyGuard, &EditKeyGuard::setEditing);
 }
 
-void frmVindrell::cmdPane3_Click(bool open)
+// What a pane needs as it opens and closes, beyond its look: the revision
+// pane lists the page's revisions (outside an edit its list is empty, or,
+// after a save or a reset, of the page that was edited while it stays on
+// screen), the site pane fills its tree, the Font pane shows the caret.
+void frmVindrell::PaneToggled(int pane, bool open)
 {
-    m_RevisionPane->setVisible(open);
-    if (!open) {
-        m_RevisionPane->ClearHighlight();
+    switch (pane) {
+    case CGUI::RecoverPane:
+        if (!open) {
+            m_RevisionPane->ClearHighlight();
+            return;
+        }
+        m_RevisionPane->Conclude(m_RevisionPane->Open(), QStringLiteral("frmVindrell.cmdPane3_Click"));
+        return;
+    case CGUI::SitePane:
+        if (open)
+            m_SitePane->Open();
+        return;
+    case CGUI::FontPane:
+        if (open)
+            m_Band->Follow();
+        return;
+    default:
         return;
     }
-    m_RevisionPane->Conclude(m_RevisionPane->Open(), QStringLiteral("frmVindrell.cmdPane3_Click"));
-}
-
-void frmVindrell::cmdPane4_Click(bool open)
-{
-    m_SitePane->setVisible(open);
-    if (open)
-        m_SitePane->Open();
 }
 
 // The open pane lists the page under edit: at Edit, and after a Save or a
@@ -679,10 +647,6 @@ long frmVindrell::GetForm(QWidget *&frmVindrell_p)
 
 long frmVindrell::GetPaneStatus(long &lPaneStatus_p)
 {
-    lPaneStatus_p = 0;
-    if (findChild<QPushButton *>(QStringLiteral("cmdPane1"))->isChecked())
-        lPaneStatus_p = 1;
-    else if (findChild<QPushButton *>(QStringLiteral("cmdPane2"))->isChecked())
-        lPaneStatus_p = 2;
+    lPaneStatus_p = m_GUI->OpenPane();
     return 1;
 }

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+class BandEvents;
+class CGUI;
 class EditKeyGuard;
 class QComboBox;
 class QHBoxLayout;
@@ -114,6 +116,8 @@ public:
     RevisionPane *revisionPane() const { return m_RevisionPane; }
     SitePane *sitePane() const { return m_SitePane; }
     EditKeyGuard *keyGuard() const { return m_KeyGuard; }
+    // The look of the band: its panes, their buttons, the splitter.
+    CGUI *GUI() const { return m_GUI; }
     QList<SessionDocument> SessionDocuments() override;
 
 protected:
@@ -125,7 +129,6 @@ private:
     QWidget *buildBand();
     QWidget *buildBrowserColumn();
     QPushButton *addButton(QWidget *parent, const char *name, bool checkable = false);
-    void LoadResCaps();
     void fillAddressList();
     void connectControls();
     void addShortcuts();
@@ -138,8 +141,7 @@ private:
     void Form_QueryUnload();
     void cmdGo_Click();
     void hookUpPaneAndKeys();
-    void cmdPane3_Click(bool open);
-    void cmdPane4_Click(bool open);
+    void PaneToggled(int pane, bool open);
 
     // Events of the browser.
     void m_IE_BeforeNavigate2(const QString &url, bool isTopFrame, bool *cancel);
@@ -167,4 +169,6 @@ private:
     RevisionPane *m_RevisionPane = nullptr;
     SitePane *m_SitePane = nullptr;
     EditKeyGuard *m_KeyGuard = nullptr;
+    CGUI *m_GUI = nullptr;
+    BandEvents *m_Band = nullptr;
 };

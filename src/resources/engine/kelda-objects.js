@@ -216,16 +216,24 @@
       const run = runs[runs.length - 1];
       if (run && run[run.length - 1].nextSibling === t) run.push(t); else runs.push([t]);
     }
-    let wrapped = 0;
+    const spans = [];
     for (const run of runs) {
       if (!/\S/.test(run.map(t => t.data).join(''))) continue;
       const span = d.createElement('span');
       span.style.fontSize = size;
       run[0].parentNode.insertBefore(span, run[0]);
       for (const t of run) span.appendChild(t);
-      wrapped++;
+      spans.push(span);
     }
-    return wrapped;
+    // Text moved into a span takes the range's ends out of it: the range
+    // is made to hold the spans again, so the selection stays on the text
+    // the user sized (and a second step sizes it again).
+    if (spans.length === 1 && r.collapsed) r.selectNodeContents(spans[0]);
+    else if (spans.length) {
+      if (r.collapsed || !r.intersectsNode(spans[0])) r.setStartBefore(spans[0]);
+      if (r.collapsed || !r.intersectsNode(spans[spans.length - 1])) r.setEndAfter(spans[spans.length - 1]);
+    }
+    return spans.length;
   }
   function cellOf(node) { const e = elementOf(node); return e ? e.closest('td,th') : null; }
   function crossesSeal(r, w) {

@@ -146,11 +146,18 @@ TEST(FaithfulSave, GuardRefusesATamperedText)
     EXPECT_TRUE(difference.startsWith(QStringLiteral("script changed"))) << difference.toStdString();
     EXPECT_FALSE(ScriptGuard::Keeps(original, QString(original).remove(QStringLiteral("<!--#include file=\"f.inc\"-->")), difference));
     EXPECT_FALSE(ScriptGuard::Keeps(original, original + QStringLiteral("<%= a %>"), difference));
+    // A block the user pasted may stand twice, and only that one; the
+    // original's script must still all be there, in its order.
+    const QStringList pasted{QStringLiteral("<%= a %>")};
+    EXPECT_TRUE(ScriptGuard::Keeps(original, QStringLiteral("<%= a %>") + original, difference, pasted));
+    EXPECT_FALSE(ScriptGuard::Keeps(original, original + QStringLiteral("<%@ x %>"), difference, pasted));
+    EXPECT_FALSE(ScriptGuard::Keeps(original, QString(original).remove(QStringLiteral("<%@ x %>")), difference, pasted));
     EXPECT_EQ(ScriptGuard::Pieces(original).size(), 4);
 }
 
 // A save whose change copies script into new text (a block pasted twice)
-// is refused before anything is sent.
+// is refused before anything is sent, unless the copy is one the user
+// pasted.
 TEST(FaithfulSave, DuplicatedScriptIsRefusedAtSave)
 {
     const QByteArray source = "<HTML><BODY><P id=a><%= a %></P><P id=k>Edit me</P></BODY></HTML>";
@@ -165,4 +172,8 @@ TEST(FaithfulSave, DuplicatedScriptIsRefusedAtSave)
     EXPECT_EQ(save.Splice(atSave, out, reason), 0);
     EXPECT_TRUE(out.isEmpty());
     EXPECT_TRUE(reason.contains(QStringLiteral("script"))) << reason.toStdString();
+    // Unless the user pasted that block: then its source goes in twice.
+    save.AllowCopyOf(0);
+    ASSERT_EQ(save.Splice(atSave, out, reason), 1) << reason.toStdString();
+    EXPECT_EQ(out, "<HTML><BODY><P id=a><%= a %></P><P id=k><%= a %></P></BODY></HTML>");
 }
