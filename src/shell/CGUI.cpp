@@ -1,5 +1,6 @@
 #include "shell/CGUI.h"
 
+#include "cms/CMSTables.h"
 #include "platform/CReg.h"
 #include "shell/StylePane.h"
 #include "support/MError.h"
@@ -47,6 +48,9 @@ constexpr long txtShowTags = 14405, txtLinks = 14423, txtLayers = 14424, txtScri
                txtHelpOnThis = 14408, txtHelpTip = 14402;
 const char *const kGlyphSwitches[] = {"chkShowBookMarks", "chkShowLayer", "chkShowScripts", "chkShowSpan"};
 const long kGlyphCaptions[] = {txtLinks, txtLayers, txtScript, txtOthers};
+
+// The bits of a CMS user's band limits, by pane.
+const std::int32_t kBandBits[] = {0, 2, 1, 4, 8};
 
 // Where the layout is kept between runs.
 const QString kSection = QStringLiteral("Window");
@@ -266,6 +270,13 @@ void CGUI::EditLook(bool editing)
     }
     for (int pane : {RecoverPane, SitePane})
         PaneButton(pane)->setEnabled(true);
+    // The CMS user of the page under edit may be kept from some panes.
+    if (editing)
+        for (int pane = VisibilityPane; pane <= SitePane; ++pane)
+            if (!CMSBandAllows(kBandBits[pane])) {
+                SetPane(Pane(pane), false);
+                PaneButton(pane)->setEnabled(false);
+            }
     Button("cmdSettings")->setEnabled(!editing);
     Button("cmdShowAdminSettings")->setEnabled(editing);
     if (!editing) {

@@ -58,6 +58,7 @@ StylePane::StylePane(QWidget *parent) : QWidget(parent)
     chkItalicSel = Named<QCheckBox>(this, "chkItalicSel");
     chkUnderlineSel = Named<QCheckBox>(this, "chkUnderlineSel");
     lblColor = Named<QLabel>(this, "lblColor");
+    lblColor->setTextFormat(Qt::RichText);
     cboJustify = Named<QComboBox>(this, "cboJustify");
     cboBlockFormat = Named<QComboBox>(this, "cboBlockFormat");
     cboClasses = Named<QComboBox>(this, "cboClasses");
@@ -170,7 +171,6 @@ void StylePane::Clear()
     for (QCheckBox *box : {chkBoldSel, chkItalicSel, chkUnderlineSel})
         box->setChecked(false);
     lblColor->setText(L(txtColor));
-    lblColor->setStyleSheet(QString());
     cboJustify->setCurrentIndex(-1);
     cboBlockFormat->setCurrentIndex(0);
     FillClasses(m_classes, QString());
@@ -189,9 +189,13 @@ void StylePane::Show(const StylePaneState &state)
     chkBoldSel->setChecked(state.bold);
     chkItalicSel->setChecked(state.italic);
     chkUnderlineSel->setChecked(state.underline);
-    lblColor->setText(L(txtColor) + QStringLiteral(": ") + state.color);
-    lblColor->setStyleSheet(state.color.isEmpty() ? QString()
-                                                  : QStringLiteral("border-left: 14px solid %1; padding-left: 4px").arg(state.color));
+    // A swatch of the colour before its number.
+    const QString swatch = state.color.isEmpty()
+        ? QString()
+        : QStringLiteral("<span style=\"background-color:%1\">&nbsp;&nbsp;&nbsp;&nbsp;</span>&nbsp;").arg(state.color);
+    lblColor->setText(swatch + L(txtColor) + QStringLiteral(": ") + state.color);
+    SetHooverInfo(FirstFamily(state.fontFamily) + QStringLiteral(", ") + txtFontSize->text()
+                  + (state.color.isEmpty() ? QString() : QStringLiteral(", ") + state.color));
     int justify = -1;
     for (int n = 0; n < 4; ++n)
         justify = state.justify == QLatin1String(kJustify[n]) ? n : justify;
