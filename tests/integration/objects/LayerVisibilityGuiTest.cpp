@@ -28,7 +28,8 @@ const QByteArray kLayers =
     "<script>document.getElementById('menu').style.visibility = 'hidden';</script>\n"
     "</body></html>";
 
-// The main window's side, with the pane that holds the list.
+// The main window's side, with the pane that holds the list, for the
+// document being bound (a frame's has its own index).
 class PaneWindow : public document_test::Window
 {
 public:
@@ -38,6 +39,17 @@ public:
         form = m_form;
         return 1;
     }
+    long GetDocument(HtmlDocument &document) override
+    {
+        return frame.isNull() ? Window::GetDocument(document) : (document = frame, 1);
+    }
+    long GetDocIndex(long &index) override
+    {
+        index = frameIndex;
+        return 1;
+    }
+    HtmlDocument frame;
+    long frameIndex = 0;
 
 private:
     QWidget *m_form;
@@ -76,11 +88,12 @@ protected:
     // The right click with Shift that lists the layers, sent again until the
     // page has reported it (a busy machine drops input before the first
     // frame is drawn).
-    bool listLayers()
+    bool listLayers() { return listLayersAt(middleOf("outer"), [this] { return lst->count() > 0; }); }
+    bool listLayersAt(const QPoint &at, const std::function<bool()> &listed)
     {
         for (int attempt = 0; attempt < 20; ++attempt) {
-            sendRightClick(screen.browser.focusProxy(), middleOf("outer"), Qt::ShiftModifier);
-            if (PageScriptCall::pumpUntil([this] { return lst->count() > 0; }, 500))
+            sendRightClick(screen.browser.focusProxy(), at, Qt::ShiftModifier);
+            if (PageScriptCall::pumpUntil(listed, 500))
                 return true;
         }
         return false;
@@ -175,6 +188,47 @@ TEST_F(LayerVisibility, LayersAreListedShownEditedAndSavedAsTheAuthorHadThem)
     QByteArray expected = kLayers;
     expected.replace("Inner words", "Inner wordsz");
     EXPECT_EQ(saved.mid(saved.indexOf("<body>")), expected.mid(expected.indexOf("<body>")));
+}
+
+// Each frame has its own layers; the one list belongs to the frame last
+// clicked with Shift and the right button, and the other frame's layers
+// don't follow its rows.
+TEST_F(LayerVisibility, TheListBelongsToTheFrameLastClicked)
+{
+    TestServers &servers = TestServers::shared();
+    servers.writeWebFile(QStringLiteral("layers/fa.htm"), "<html><body><div id=\"a\">Layer A</div></body></html>");
+    servers.writeWebFile(QStringLiteral("layers/fb.htm"), "<html><body><div id=\"b\">Layer B</div></body></html>");
+    screen.open(QStringLiteral("layers/frames.htm"), "<html><frameset cols=\"50%,50%\"><frame src=\"fa.htm\">"
+                                                     "<frame src=\"fb.htm\"></frameset></html>");
+    const HtmlDocument top = screen.browser.Document();
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return top.frameCount() == 2; }, 5000));
+    std::vector<std::unique_ptr<CDocument>> docs;
+    for (int i = 0; i < 2; ++i) {
+        window.frame = top.frame(i);
+        window.frameIndex = i + 1;
+        ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return !window.frame.body().isNull(); }, 5000));
+        docs.push_back(std::make_unique<CDocument>());
+        ASSERT_EQ(docs.back()->Init(&window), 1) << MError::ErrorDescription().toStdString();
+        ASSERT_EQ(docs.back()->EditOn(true), 1) << MError::ErrorDescription().toStdString();
+    }
+    const auto shown = [&](int frame, const char *id) {
+        return top.frame(frame).getElementById(QString::fromLatin1(id)).currentStyle().visibility;
+    };
+
+    ASSERT_TRUE(listLayersAt(QPoint(100, 15), [this] { return list->DocIndex() == 1; }));
+    EXPECT_EQ(rows(), (QStringList{QStringLiteral("Hide all/Reset"), QStringLiteral("DIV a [x]")}));
+    tick(0);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return shown(0, "a") == QLatin1String("hidden"); }, 5000));
+    EXPECT_EQ(shown(1, "b"), QStringLiteral("visible"));
+
+    ASSERT_TRUE(listLayersAt(QPoint(600, 100), [this] { return list->DocIndex() == 2; }));
+    EXPECT_EQ(rows(), (QStringList{QStringLiteral("Hide all/Reset"), QStringLiteral("DIV b [x]")}));
+    tick(0);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return shown(1, "b") == QLatin1String("hidden"); }, 5000));
+    tick(0);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return shown(1, "b") == QLatin1String("visible"); }, 5000));
+    // Frame A's list was not the one reset: its layer stays as the user left it.
+    EXPECT_EQ(shown(0, "a"), QStringLiteral("hidden"));
 }
 
 } // namespace
