@@ -203,9 +203,9 @@ bool CCMS::KnownForCurrentSite()
     return !Known().folder.isEmpty() && Known().folder == FileKey();
 }
 
-double CCMS::VersionRead()
+void CCMS::ForgetFile()
 {
-    return KnownForCurrentSite() ? Known().version : 0;
+    Known() = KnownFile();
 }
 
 bool CCMS::MayWriteOverNewer()

@@ -22,8 +22,8 @@ public:
     // True when this client has read or written the file of the current
     // site in this process; what the panel works on is then known.
     static bool KnownForCurrentSite();
-    // The version of the file last read, 0 for none.
-    static double VersionRead();
+    // Forgets what was read: the next edit session reads the file anew.
+    static void ForgetFile();
     // A file of a newer version is written in this version's form only
     // when the user says so; asked once per read. True to go on.
     static bool MayWriteOverNewer();

@@ -1,5 +1,7 @@
 #include "cms/CMSTables.h"
 
+#include "cms/CCMS.h"
+
 std::vector<CMSUSER> g_aCMSUsers(1);
 std::vector<CMSPAGE> g_aCMSPages{CMSPAGE{QString(), {-1.0f}}};
 bool g_boolAllFilesLocked = true;
@@ -14,6 +16,7 @@ void ResetCMSTables()
     g_aCMSUsers.assign(1, CMSUSER{});
     g_sngCMSUser = CMS_NO_USER;
     g_boolCMSTablesChanged = false;
+    CCMS::ForgetFile();
 }
 
 std::size_t CMSMakePageEntry(const QString &strPath_p, bool &boolExisted_p)

@@ -1,6 +1,7 @@
 #include "document/CDocument.h"
 
 #include "aspfilter/CASPFilter.h"
+#include "cms/CMSLockCommands.h"
 #include "cms/CMSTables.h"
 #include "config/CPublicSettings.h"
 #include "config/MGlobalProjectObjects.h"
@@ -405,16 +406,30 @@ bool CDocument::WaitForBody()
 }
 
 // Areas the user may change get a green frame and are editable; locked
-// areas a red one. Other values of the mark are left alone.
+// areas a red one. Other values of the mark are left alone. An
+// administrator, and a client whose user the CMS doesn't know, edit the
+// whole page. A user who is no administrator edits only inside the
+// unlocked areas of a page tied to him: the rest of that page, and all of
+// a page not tied to him, stays locked and shows no frame.
 void CDocument::MarkCMSAreas()
 {
-    m_boolUserMayEdit = true;
+    // The engine's design mode makes every element editable, whatever it
+    // says of itself: for such a user the page leaves it, and only his
+    // areas are editable, as islands in a page that isn't.
+    const bool restricted = CMSRestrictedUser();
+    if (restricted)
+        m_Document.setDesignMode(QStringLiteral("Off"));
+    else
+        m_boolUserMayEdit = true;
+    if (!m_boolUserMayEdit)
+        return;
     for (HtmlElement &element : m_Document.all()) {
         const QString mark = element.getAttribute(QStringLiteral("keldaedit")).toString();
         if (mark == QStringLiteral("1")) {
-            element.setContentEditable(true);
-            element.setStyleValue(QStringLiteral("border"), QStringLiteral("green 3px dashed"));
+            CMSLockCommands::ShowUnlocked(element);
         } else if (mark == QStringLiteral("0")) {
+            if (restricted)
+                element.setContentEditable(false);
             element.setStyleValue(QStringLiteral("border"), QStringLiteral("red 3px solid"));
         }
     }
@@ -566,14 +581,7 @@ long CDocument::StripEditMarks(const SiteRecord &site)
 
 long CDocument::StripLockMarks()
 {
-    static const QStringList borders = {
-        QStringLiteral("borderBottom"), QStringLiteral("borderBottomWidth"), QStringLiteral("borderBottomStyle"),
-        QStringLiteral("borderBottomColor"), QStringLiteral("borderTop"), QStringLiteral("borderTopWidth"),
-        QStringLiteral("borderTopStyle"), QStringLiteral("borderTopColor"), QStringLiteral("borderRight"),
-        QStringLiteral("borderRightWidth"), QStringLiteral("borderRightStyle"), QStringLiteral("borderRightColor"),
-        QStringLiteral("borderLeft"), QStringLiteral("borderLeftWidth"), QStringLiteral("borderLeftStyle"),
-        QStringLiteral("borderLeftColor")};
-    return m_Document.stripLockMarks(borders) >= 0 ? 1 : 0;
+    return m_Document.stripLockMarks(CMSLockCommands::BorderProperties()) >= 0 ? 1 : 0;
 }
 
 // The head tags are settled in the live page; then only what changed in

@@ -1,5 +1,6 @@
 #include "fileviews/CSiteTreeView.h"
 
+#include "cms/CMSLockCommands.h"
 #include "cms/CMSTables.h"
 #include "fileviews/FileNameRules.h"
 #include "fileviews/LocalFileCount.h"
@@ -221,9 +222,8 @@ void CSiteTreeView::SetTransferButtons()
         m_cmdDownloadFiles->setEnabled(match);
 }
 
-// The two CMS entries of the file menu belong to the administrator's panel
-// and are never offered here; the menu form is made anew for each menu, so
-// they are hidden each time.
+// The two CMS entries of the file menu lock and unlock a page for the
+// administrator; a user who is none doesn't get them.
 void CSiteTreeView::RightClick(const QPoint &at)
 {
     QTreeWidgetItem *item = m_tvwSiteTree->itemAt(at);
@@ -233,7 +233,7 @@ void CSiteTreeView::RightClick(const QPoint &at)
     const QString key = SiteTreeWidget::Key(item);
     frmMenu menu;
     for (const char *name : {"mnuTVFileCMS_AdminLockPage", "mnuTVFileCMS_AdminLockUpPage"})
-        menu.Item(QString::fromLatin1(name))->setVisible(false);
+        menu.Item(QString::fromLatin1(name))->setVisible(!CMSRestrictedUser());
     const bool folder = SiteTreeWidget::IsFolder(item);
     ApplyLimits(menu, key, folder);
     const QString menuName = folder ? QStringLiteral("mnuTVFolder") : QStringLiteral("mnuTVFile");
@@ -277,6 +277,8 @@ void CSiteTreeView::Dispatch(const QString &strItem_p, const QString &strKey_p)
         {QStringLiteral("mnuTVFolderDelete"), [&] { return DeleteFolder(strKey_p); }},
         {QStringLiteral("mnuTVFolderSendTo"), [&] { return SendToFolder(strKey_p); }},
         {QStringLiteral("mnuTVFolderCopyFolderToDrive"), [&] { return DownLoadFilesFromFTP_server(strKey_p); }},
+        {QStringLiteral("mnuTVFileCMS_AdminLockPage"), [&] { return CMSLockCommands::LockPageAt(strKey_p); }},
+        {QStringLiteral("mnuTVFileCMS_AdminLockUpPage"), [&] { return CMSLockCommands::UnlockPageAt(strKey_p); }},
     };
     if (commands.contains(strItem_p))
         commands.value(strItem_p)();

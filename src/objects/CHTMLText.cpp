@@ -1,5 +1,6 @@
 #include "objects/CHTMLText.h"
 
+#include "cms/CMSLockCommands.h"
 #include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "fileviews/SiteTreeKeys.h"
@@ -45,7 +46,8 @@ QString L(long id)
 
 // The bits of a CMS user's limits for this menu: a set bit allows.
 enum LimitBit : std::int32_t { FontBit = 1, JustifyBit = 2, SizeBit = 4, ColorBit = 8, FontStyleBit = 16,
-                               InsertBit = 32, DocumentBit = 64, AbsoluteBit = 256, CreateLinkBit = 512 };
+                               InsertBit = 32, DocumentBit = 64, TableBit = 128, AbsoluteBit = 256,
+                               CreateLinkBit = 512 };
 
 const QString kPosition = QStringLiteral("position");
 const QString kAbsolute = QStringLiteral("absolute");
@@ -132,6 +134,7 @@ void CHTMLText::Prepare(frmMenu &menu)
         menu.Item(QString::fromLatin1(name))->setEnabled(false);
     TableCommands::PrepareMenu(menu, *m_Document, m_Element);
     PrepareLimits(menu);
+    CMSLockCommands::PrepareTextMenu(menu, *m_Document, m_Range);
 }
 
 // What acts on selected text needs some; a link offers to be edited or
@@ -156,14 +159,16 @@ void CHTMLText::PrepareLimits(frmMenu &menu) const
     if (g_sngCMSUser == CMS_NO_USER || user < 0 || user + 1 >= long(g_aCMSUsers.size()))
         return;
     const std::int32_t allowed = g_aCMSUsers[size_t(user)].limits.lRightClick;
-    const std::pair<LimitBit, std::initializer_list<const char *>> rows[] = {
-        {FontBit, {"mnuFont"}}, {JustifyBit, {"mnuJustify"}}, {SizeBit, {"mnuSize"}}, {ColorBit, {"mnuFontColorMenu"}},
-        {FontStyleBit, {"mnuBold", "mnuItalic", "mnuUnderline"}}, {InsertBit, {"mnuInsertObject"}},
-        {DocumentBit, {"mnuDocument"}}, {AbsoluteBit, {"mnuAbsolutePosition"}}, {CreateLinkBit, {"mnuCreateLink"}}};
-    for (const auto &[bit, items] : rows)
+    // One row per item: a list of names inside a pair would not outlive the
+    // table's own line.
+    const std::pair<LimitBit, const char *> rows[] = {
+        {FontBit, "mnuFont"}, {JustifyBit, "mnuJustify"}, {SizeBit, "mnuSize"}, {ColorBit, "mnuFontColorMenu"},
+        {FontStyleBit, "mnuBold"}, {FontStyleBit, "mnuItalic"}, {FontStyleBit, "mnuUnderline"},
+        {InsertBit, "mnuInsertObject"}, {DocumentBit, "mnuDocument"}, {TableBit, "mnuTbl"},
+        {AbsoluteBit, "mnuAbsolutePosition"}, {CreateLinkBit, "mnuCreateLink"}};
+    for (const auto &[bit, name] : rows)
         if ((allowed & bit) == 0)
-            for (const char *name : items)
-                menu.Item(QString::fromLatin1(name))->setEnabled(false);
+            menu.Item(QString::fromLatin1(name))->setEnabled(false);
 }
 
 void CHTMLText::On(frmMenu &menu, const char *item, std::function<long()> work)
@@ -221,6 +226,10 @@ void CHTMLText::Connect(frmMenu &menu)
     On(menu, "mnuInsertStyleSheet", [&doc] { return StyleSheetCommand::InsertStyleSheet(doc); });
     On(menu, "mnuEditScriptBlock", [&doc] { return ScriptBlockCommand::EditScriptBlock(doc); });
     On(menu, "mnuEditDocumentByHTML", [this] { return m_mnuEditDocumentByHTML_Click(); });
+    On(menu, "mnuCMS_AdminLockPage", [&doc] { return CMSLockCommands::LockPage(doc); });
+    On(menu, "mnuCMS_AdminLockUpPage", [&doc] { return CMSLockCommands::UnlockPage(doc); });
+    On(menu, "mnuCMS_AdminLockUpArea", [this, &doc] { return CMSLockCommands::UnlockArea(doc, m_Range); });
+    On(menu, "mnuCMS_AdminLockSubArea", [this, &doc] { return CMSLockCommands::LockSubArea(doc, m_Range); });
 }
 
 // Every command but "What's H1 - H7?" may change the page; a failure is

@@ -1,5 +1,6 @@
 #include "objects/CPoHTMLobject.h"
 
+#include "cms/CMSLockCommands.h"
 #include "cms/CMSTables.h"
 #include "document/CDocument.h"
 #include "objects/frmMenu.h"
@@ -7,6 +8,8 @@
 
 #include <QAction>
 #include <QCursor>
+
+#include <functional>
 
 namespace {
 
@@ -46,6 +49,7 @@ void CPoHTMLobject::Prepare(frmMenu &menu)
     const bool unlocked = !m_Element.getAttribute(QStringLiteral("keldaedit")).isNull();
     menu.Item(QStringLiteral("mnuObjCMS_DeleteLock"))->setEnabled(unlocked);
     menu.Item(QStringLiteral("mnuObjCMS_UnLock"))->setEnabled(!unlocked);
+    menu.Item(QStringLiteral("mnuCMS_AdminObject"))->setVisible(!CMSRestrictedUser());
     if (!LimitsAllowAbsolutePosition())
         menu.Item(QStringLiteral("mnuObjAbsolutePosition"))->setEnabled(false);
 }
@@ -70,6 +74,17 @@ void CPoHTMLobject::Connect(frmMenu &menu)
     }
     connect(menu.Item(QStringLiteral("mnuObjAbsolutePosition")), &QAction::triggered, this,
             &CPoHTMLobject::m_mnuObjAbsolutePosition_Click);
+    const std::pair<const char *, std::function<long()>> locks[] = {
+        {"mnuObjCMS_UnLock", [this] { return CMSLockCommands::UnlockObject(*m_Document, m_Element); }},
+        {"mnuObjCMS_DeleteLock", [this] { return CMSLockCommands::DeleteLock(*m_Document, m_Element); }},
+        {"mnuObjCMS_SetUser", [this] { return CMSLockCommands::SetUsers(*m_Document); }}};
+    for (const auto &[item, work] : locks)
+        connect(menu.Item(QString::fromLatin1(item)), &QAction::triggered, this, [this, work] {
+            if (StillInPage() && work() == 1)
+                m_Document->SetDirty();
+            if (MError::ErrorNumber() != 0)
+                MError::ShowError();
+        });
 }
 
 // The page's own script may have taken the element out while the menu was

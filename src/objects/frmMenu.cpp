@@ -134,6 +134,13 @@ constexpr MenuRow kRows[] = {
     {"mnuTblDeleteRow", "mnuTblDelete", 18021, nullptr, false},
     {"mnuTblDeleteCol", "mnuTblDelete", 18022, nullptr, false},
     {"mnuTblProperties", "mnuTbl", 18005, nullptr, false},
+    // The administrator's locks of the page (CMSLockCommands).
+    {"mnuCMS_AdminText", "mnuHTMLText", 17201, nullptr, false},
+    {"mnuCMS_AdminLockPage", "mnuCMS_AdminText", 20600, nullptr, false},
+    {"mnuCMS_AdminLockUpArea", "mnuCMS_AdminText", 20601, nullptr, false},
+    {"mnuCMS_AdminLockUpPage", "mnuCMS_AdminText", 20602, nullptr, false},
+    {"mnuCMS_AdminLockUpObject", "mnuCMS_AdminText", 20601, nullptr, false},
+    {"mnuCMS_AdminLockSubArea", "mnuCMS_AdminText", 20603, nullptr, false},
 
     // The picture's menu.
     {"mnuHTMLImg", "", 0, "", false},

@@ -1029,8 +1029,8 @@ void EditSession::ReportCancelledSave()
 
 // Saves every document that is edited, first to last, but lSkipDoc; the
 // first failure, or a Cancel, stops the rest. Then the CMS data, when the
-// session loaded some: a site without CMS data gets no file it never asked
-// for.
+// session loaded some or a page was locked or unlocked in it: a site
+// without CMS data gets no file it never asked for.
 long EditSession::SaveDocuments(long lSkipDoc, int &step)
 {
     const auto documents = m_Documents;
@@ -1050,7 +1050,7 @@ long EditSession::SaveDocuments(long lSkipDoc, int &step)
         m_boolRevisionsKept = m_boolRevisionsKept && documents[n]->RevisionKept();
     }
     step = 5;
-    if (!m_boolCMSLoaded)
+    if (!m_boolCMSLoaded && !g_boolCMSTablesChanged)
         return 1;
     const long cms = CCMS().SetCMSData();
     if (cms == -1)

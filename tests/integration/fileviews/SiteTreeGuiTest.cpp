@@ -89,11 +89,19 @@ TEST_F(SiteTreeTest, RenameCopyNewFolderAndDeleteOfAFile)
         type(dialog, "txtNewFileName", QStringLiteral("renamed"));
         click(dialog, "cmdOk");
     });
-    const TreeHands::Seen menu = hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileChangeName"));
-    EXPECT_TRUE(menu.hidden.contains(QStringLiteral("mnuTVFileCMS_AdminLockPage")));
+    hands.pick(QStringLiteral("st/page.htm"), QStringLiteral("mnuTVFileChangeName"));
     // A new name without an extension keeps the old one.
     EXPECT_EQ(filesBelow(web(QStringLiteral("st"))), QStringList({"renamed.htm", "sub/deep.htm"}));
     ASSERT_TRUE(hands.node(QStringLiteral("st/renamed.htm")));
+
+    // With no CMS user the page is locked and unlocked from here, by its
+    // address, as the administrator does.
+    ResetCMSTables();
+    hands.pick(QStringLiteral("st/renamed.htm"), QStringLiteral("mnuTVFileCMS_AdminLockPage"));
+    ASSERT_EQ(g_aCMSPages.size(), 2u);
+    EXPECT_EQ(g_aCMSPages[0].strPath, root() + QStringLiteral("/st/renamed.htm"));
+    hands.pick(QStringLiteral("st/renamed.htm"), QStringLiteral("mnuTVFileCMS_AdminLockUpPage"));
+    EXPECT_EQ(g_aCMSPages.size(), 1u);
 
     onModal(QStringLiteral("frmCopyRename"), [](QWidget *dialog) { click(dialog, "cmdOk"); });
     hands.pick(QStringLiteral("st/renamed.htm"), QStringLiteral("mnuTVFileCopyFile"));

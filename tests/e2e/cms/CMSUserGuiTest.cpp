@@ -1,0 +1,115 @@
+// A CMS user set up in one step: the settings file the administrator made
+// for him is dropped on a fresh client's window, and that client edits the
+// site as him: inside his area of his page and nowhere else, and what he
+// typed reaches the server with the page's marks intact.
+
+#include "../../integration/fileviews/SiteTreeDriver.h"
+#include "../shell/SessionWindow.h"
+#include "cms/CCMS.h"
+#include "cms/CMSTables.h"
+#include "config/CSettingsFile.h"
+#include "platform/LocalFolders.h"
+
+#include <QDir>
+#include <QTest>
+#include <QMimeData>
+#include <QUrl>
+
+using namespace session_test;
+using Q = UserQuestions;
+
+namespace {
+
+const QByteArray kPage = "<html><head><title>Area</title></head><body><p id=\"outside\">Outside</p>"
+                         "<div id=\"area\" keldaedit=\"1\"><p id=\"inside\">Inside</p></div></body></html>";
+
+class CMSUserGui : public SessionTest
+{
+protected:
+    void SetUp() override
+    {
+        SessionTest::SetUp();
+        QDir(servers().webRoot() + QStringLiteral("/_resetp")).removeRecursively();
+    }
+    void TearDown() override
+    {
+        SessionTest::TearDown();
+        ResetCMSTables();
+        MGlobalProjectObjects::CMSUserName.clear();
+        MGlobalProjectObjects::CMSUserPassword.clear();
+        QDir(servers().webRoot() + QStringLiteral("/_resetp")).removeRecursively();
+    }
+
+    // What the administrator left: the pages, the CMS file with bo tied to
+    // his page, without the font names and the site pane, and bo's file.
+    QString administratorsWork()
+    {
+        servers().writeWebFile(QStringLiteral("cms/his.htm"), kPage);
+        servers().writeWebFile(QStringLiteral("cms/other.htm"), kPage);
+        MGlobalProjectObjects::lCurrentURL = 0;
+        g_aCMSUsers = {CMSUSER{QStringLiteral("Anna"), QStringLiteral("a"), {CMS_ALL_ENABLED, CMS_ALL_ENABLED,
+                                                                             CMS_ALL_ENABLED, CMS_ALL_ENABLED, 1}, 0},
+                       CMSUSER{QStringLiteral("bo"), QStringLiteral("b"), {CMS_ALL_ENABLED & ~1, CMS_ALL_ENABLED & ~8,
+                                                                           CMS_ALL_ENABLED, CMS_ALL_ENABLED, 0}, 0},
+                       CMSUSER{}};
+        g_aCMSPages = {CMSPAGE{address(QStringLiteral("cms/his.htm")), {1.0f, -1.0f}}, CMSPAGE{QString(), {-1.0f}}};
+        EXPECT_EQ(CCMS().SetCMSData(), 1);
+        const QString pset = LocalFolders::tempFolder() + QStringLiteral("/bo.pset");
+        EXPECT_EQ(CSettingsFile::WriteFile(pset, CSettingsFile::FromSite(MGlobalProjectObjects::URLDATA.front(),
+                                                                         QStringLiteral("bo"), QStringLiteral("b"))),
+                  1);
+        ResetCMSTables();
+        return pset;
+    }
+
+    // A client that has never seen the site.
+    static void freshClient()
+    {
+        MGlobalProjectObjects::URLDATA = {SiteRecord()};
+        MGlobalProjectObjects::URLDATA.front().baseaddress = CPublicSettings::NotInUseAddress();
+        MGlobalProjectObjects::CMSUserName.clear();
+        MGlobalProjectObjects::CMSUserPassword.clear();
+        ASSERT_EQ(CPublicSettings().SetURLSettings(), 1);
+    }
+};
+
+} // namespace
+
+TEST_F(CMSUserGui, ASettingsFileDroppedOnAFreshClientEditsTheSiteAsItsUser)
+{
+    const QString pset = administratorsWork();
+    freshClient();
+    Q::Script({Q::vbNo});
+    Window w;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(pset)});
+    fileviews_test::dropOn(&w.form, &data, QPoint(20, 20));
+    EXPECT_EQ(MGlobalProjectObjects::CMSUserName, QStringLiteral("bo"));
+
+    ASSERT_TRUE(w.edit(QStringLiteral("cms/his.htm"))) << firstError();
+    EXPECT_EQ(g_sngCMSUser, 1.0f);
+    EXPECT_FALSE(g_boolCMSAdmin);
+    EXPECT_FALSE(CMSBandAllows(8)) << "his site pane is off";
+    // In his area keys write; over the text outside it they change nothing.
+    EXPECT_TRUE(w.typeInto(w.page(), QStringLiteral("inside"), QStringLiteral("mine")));
+    HtmlElement outside = w.page().getElementById(QStringLiteral("outside"));
+    HtmlTextRange::aroundElement(outside).select();
+    for (const QChar c : QStringLiteral("xyz"))
+        QTest::keyClick(w.form.browser()->focusProxy(), Qt::Key(Qt::Key_A + (c.unicode() - 'a')), Qt::NoModifier);
+    EXPECT_FALSE(PageScriptCall::pumpUntil([&] { return outside.innerText() != QStringLiteral("Outside"); }, 1000));
+    EXPECT_EQ(w.page().getElementById(QStringLiteral("outside")).innerText(), QStringLiteral("Outside"));
+    w.pressSave();
+    ASSERT_FALSE(w.editing()) << shownTexts().join(QLatin1Char('\n')).toStdString() << firstError();
+    const QByteArray saved = servers().readWebFile(QStringLiteral("cms/his.htm"));
+    SCOPED_TRACE(saved.toStdString());
+    EXPECT_TRUE(saved.contains("<div id=\"area\" keldaedit=\"1\"><p id=\"inside\">mine</p></div>"));
+    EXPECT_TRUE(saved.contains("<p id=\"outside\">Outside</p>"));
+    EXPECT_FALSE(saved.contains("contenteditable"));
+
+    // Anna's page for him is locked whole.
+    ASSERT_TRUE(w.edit(QStringLiteral("cms/other.htm"))) << firstError();
+    EXPECT_FALSE(w.page().getElementById(QStringLiteral("inside")).isContentEditable());
+    w.pressEdit();
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("cms/other.htm")), kPage);
+}
