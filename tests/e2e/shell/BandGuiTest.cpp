@@ -173,7 +173,11 @@ TEST_F(Band, OnePaneAtATimeWhileEditingAndTheButtonsOfEachState)
 
     // The edit ends: Visibility closes with its switches cleared, and the
     // browsing state is back.
+    // A tag switch shows the glyphs of its tags in the page.
     w.form.findChild<QCheckBox *>(QStringLiteral("chkShowLayer"))->click();
+    EXPECT_TRUE(PageScriptCall::run(w.form.browser()->page(), QStringLiteral("!!document.getElementById('__kelda_glyphs')"),
+                                    QString())
+                    .toBool());
     w.pressEdit();
     ASSERT_FALSE(w.editing());
     EXPECT_EQ(gui->OpenPane(), CGUI::NoPane);

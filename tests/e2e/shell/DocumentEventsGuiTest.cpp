@@ -228,6 +228,12 @@ TEST_F(DocumentEvents, LineKeysLayerKeyAndTheScriptsNeighboursAreTheEditors)
     page.key(Qt::Key_R, Qt::ControlModifier);
     page.key(Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(w.editing());
+    // F6 shows the glyphs at the tags, and hides them again.
+    const QString glyphs = QStringLiteral("!!document.getElementById('__kelda_glyphs')");
+    page.key(Qt::Key_F6);
+    EXPECT_TRUE(PageScriptCall::pumpUntil([&] { return page.js(glyphs).toBool(); }, 3000));
+    page.key(Qt::Key_F6);
+    EXPECT_TRUE(PageScriptCall::pumpUntil([&] { return !page.js(glyphs).toBool(); }, 3000));
     w.pressSave();
     ASSERT_FALSE(w.editing());
     EXPECT_EQ(errorDialogs(), 0) << firstError();
