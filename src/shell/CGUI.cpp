@@ -270,15 +270,10 @@ void CGUI::EditLook(bool editing)
     }
     for (int pane : {RecoverPane, SitePane})
         PaneButton(pane)->setEnabled(true);
-    // The CMS user of the page under edit may be kept from some panes.
-    if (editing)
-        for (int pane = VisibilityPane; pane <= SitePane; ++pane)
-            if (!CMSBandAllows(kBandBits[pane])) {
-                SetPane(Pane(pane), false);
-                PaneButton(pane)->setEnabled(false);
-            }
     Button("cmdSettings")->setEnabled(!editing);
     Button("cmdShowAdminSettings")->setEnabled(editing);
+    if (editing)
+        ApplyCMSLimits();
     if (!editing) {
         ClearGlyphSwitches();
         m_stylePane->SetHooverInfo(QString());
@@ -288,6 +283,21 @@ void CGUI::EditLook(bool editing)
     if (editing && OpenPane() == NoPane && (m_rememberedPane == VisibilityPane || m_rememberedPane == FontPane))
         SetPane(Pane(m_rememberedPane), true);
     QApplication::restoreOverrideCursor();
+}
+
+// The CMS user of the page under edit may be kept from some panes, and a
+// user who is no administrator from the administrator's panel. The edit
+// session calls it again once it knows who the user is: the press of Edit
+// reaches the band before the CMS file has been read.
+void CGUI::ApplyCMSLimits()
+{
+    for (int pane = VisibilityPane; pane <= SitePane; ++pane)
+        if (!CMSBandAllows(kBandBits[pane])) {
+            SetPane(Pane(pane), false);
+            PaneButton(pane)->setEnabled(false);
+        }
+    if (CMSRestrictedUser())
+        Button("cmdShowAdminSettings")->setEnabled(false);
 }
 
 void CGUI::SetUndoRedo(bool canUndo, bool canRedo)
@@ -300,14 +310,15 @@ void CGUI::SetUndoRedo(bool canUndo, bool canRedo)
 }
 
 // Every button is reached with Tab in the order of the column, and each
-// pane also with Alt and its number.
+// pane also with Alt and its number. A click leaves the keyboard where it
+// was, so that the caret stays in the page after Undo, say.
 void CGUI::KeyboardAccess()
 {
     QWidget *previous = nullptr;
     for (const char *name : {"cmdEdit", "cmdUndo", "cmdRedo", "cmdShowAdminSettings", "cmdPane1", "cmdPane2",
                              "cmdPane3", "cmdPane4", "cmdHelp", "cmdSettings", "cmdSave"}) {
         QPushButton *button = Button(name);
-        button->setFocusPolicy(Qt::StrongFocus);
+        button->setFocusPolicy(Qt::TabFocus);
         if (previous)
             QWidget::setTabOrder(previous, button);
         previous = button;

@@ -68,6 +68,9 @@ StylePane::StylePane(QWidget *parent) : QWidget(parent)
     cmdHelpfmeStyle = Named<QPushButton>(this, "cmdHelpfmeStyle");
     for (QComboBox *box : {cboFont, cboJustify, cboBlockFormat, cboClasses})
         box->setMinimumContentsLength(4);
+    // A click on a switch leaves the caret in the page, to type on.
+    for (QWidget *w : std::initializer_list<QWidget *>{chkBoldSel, chkItalicSel, chkUnderlineSel, updFontSizeUp, updFontSizeDown})
+        w->setFocusPolicy(Qt::TabFocus);
 
     auto *size = new QHBoxLayout;
     size->addWidget(txtFontSize, 1);

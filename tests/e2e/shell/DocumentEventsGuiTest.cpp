@@ -5,6 +5,7 @@
 // on the fixture's server.
 
 #include "SessionWindow.h"
+#include "document/CDocument.h"
 #include "document/CPageEncoding.h"
 #include "shell/CGUI.h"
 #include "shell/StylePane.h"
@@ -192,6 +193,12 @@ TEST_F(DocumentEvents, LineKeysLayerKeyAndTheScriptsNeighboursAreTheEditors)
     Window w;
     Page page{w};
     ASSERT_TRUE(w.edit(QStringLiteral("events/keys.htm")));
+    // Any key counts as a change, an arrow too.
+    page.caretAt(QStringLiteral("br"), false);
+    page.key(Qt::Key_Right);
+    bool dirty = false;
+    w.form.Session().Documents().front()->GetDirty(dirty);
+    EXPECT_TRUE(dirty);
 
     // Enter in a numbered list's item makes the next item of that list.
     page.caretAt(QStringLiteral("first"), true);
