@@ -454,9 +454,13 @@ long CDocument::RegisterImages()
 
 // The frames of a frameset share the one list of the Visibility pane, by
 // which each document's layers are listed on a right click with Shift.
+// Without that list nothing could show a hidden layer: the page then shows
+// them all while it is edited (a look of the editor's own, never saved).
 long CDocument::ShowLayersAndApplets()
 {
     ctlVisibility *list = m_frmVindrell ? m_frmVindrell->findChild<ctlVisibility *>(ctlVisibility::ObjectName()) : nullptr;
+    if (!list)
+        m_Document.execDesign(HtmlDocument::RespectVisibilityInDesign, false);
     m_Visibility = std::make_unique<CVisibility>();
     if (m_Visibility->Init(list, m_Document, m_lDocIndex) != 1)
         return 0;
