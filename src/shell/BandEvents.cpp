@@ -1,5 +1,6 @@
 #include "shell/BandEvents.h"
 
+#include "cms/frmCMSAdminPanel.h"
 #include "document/CDocument.h"
 #include "document/StylePaneState.h"
 #include "platform/PageEvent.h"
@@ -28,6 +29,7 @@ BandEvents::BandEvents(CGUI &gui, EditSession &session, WebBrowser *browser, QOb
 {
     // Connected after the session: the document has taken the event first.
     connect(browser, &WebBrowser::pageEvent, this, &BandEvents::OnPageEvent);
+    connect(&gui, &CGUI::AdminPanelRequested, this, [browser] { frmCMSAdminPanel::ShowAdminPanel(browser->window()); });
     connect(&gui, &CGUI::UndoRequested, this, [this] { OnCurrent([](CDocument &doc) { return doc.Undo(); }); });
     connect(&gui, &CGUI::RedoRequested, this, [this] { OnCurrent([](CDocument &doc) { return doc.Redo(); }); });
     connect(&gui, &CGUI::GlyphsChanged, this, [this](bool links, bool layers, bool scripts, bool others) {

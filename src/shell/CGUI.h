@@ -52,6 +52,8 @@ public:
     Pane OpenPane() const;
     // As a press of the pane's button that leaves it down (open) or up.
     void SetPane(Pane pane, bool open);
+    // The band as the CMS user's limits allow while a page is edited.
+    void ApplyCMSLimits();
 
     // The Visibility pane holds the tag switches and, under them, the list
     // of the page's layers, which its own part of the program puts in here.

@@ -15,6 +15,7 @@
 #include "platform/PageEvent.h"
 #include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
+#include "shell/CGUI.h"
 #include "shell/frmVindrell.h"
 #include "shell/HttpDate.h"
 #include "shell/PagePictureDrop.h"
@@ -311,6 +312,8 @@ long EditSession::Enter(int &step)
     if (logon != 1)
         return 0;
     LoadCMSData();
+    if (m_form.GUI())
+        m_form.GUI()->ApplyCMSLimits();
     if (StopIfAborted())
         return -1;
     step = 10;

@@ -5,6 +5,7 @@
 
 #include "../../integration/fileviews/SiteTreeDriver.h"
 #include "../shell/SessionWindow.h"
+#include "ModalDriver.h"
 #include "cms/CCMS.h"
 #include "cms/CMSTables.h"
 #include "config/CSettingsFile.h"
@@ -89,7 +90,9 @@ TEST_F(CMSUserGui, ASettingsFileDroppedOnAFreshClientEditsTheSiteAsItsUser)
     ASSERT_TRUE(w.edit(QStringLiteral("cms/his.htm"))) << firstError();
     EXPECT_EQ(g_sngCMSUser, 1.0f);
     EXPECT_FALSE(g_boolCMSAdmin);
-    EXPECT_FALSE(CMSBandAllows(8)) << "his site pane is off";
+    EXPECT_FALSE(w.form.findChild<QPushButton *>(QStringLiteral("cmdPane4"))->isEnabled()) << "his site pane is off";
+    EXPECT_TRUE(w.form.findChild<QPushButton *>(QStringLiteral("cmdPane3"))->isEnabled());
+    EXPECT_FALSE(w.form.findChild<QPushButton *>(QStringLiteral("cmdShowAdminSettings"))->isEnabled());
     // In his area keys write; over the text outside it they change nothing.
     EXPECT_TRUE(w.typeInto(w.page(), QStringLiteral("inside"), QStringLiteral("mine")));
     HtmlElement outside = w.page().getElementById(QStringLiteral("outside"));
@@ -112,4 +115,21 @@ TEST_F(CMSUserGui, ASettingsFileDroppedOnAFreshClientEditsTheSiteAsItsUser)
     w.pressEdit();
     EXPECT_EQ(errorDialogs(), 0) << firstError();
     EXPECT_EQ(servers().readWebFile(QStringLiteral("cms/other.htm")), kPage);
+}
+
+TEST_F(CMSUserGui, TheBandsAdministratorButtonOpensThePanelWhileEditing)
+{
+    servers().writeWebFile(QStringLiteral("cms/his.htm"), kPage);
+    Q::Script({OK});
+    Window w;
+    ASSERT_TRUE(w.edit(QStringLiteral("cms/his.htm"))) << firstError();
+    auto *admin = w.form.findChild<QPushButton *>(QStringLiteral("cmdShowAdminSettings"));
+    ASSERT_TRUE(admin->isEnabled());
+    ModalDriver panel(QStringLiteral("frmCMSAdminPanel"), [](QWidget *dialog) {
+        QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
+    });
+    QTest::mouseClick(admin, Qt::LeftButton);
+    EXPECT_EQ(panel.seen, 1);
+    w.pressEdit();
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
