@@ -17,6 +17,7 @@
 #include "shell/FrameList.h"
 #include "shell/RevisionPane.h"
 #include "fileviews/SitePane.h"
+#include "objects/ctlVisibility.h"
 #include "shell/EditSession.h"
 #include "shell/CVersionAnnouncement.h"
 #include "shell/VersionCheck.h"
@@ -407,6 +408,8 @@ void frmVindrell::hookUpPaneAndKeys()
     connect(m_GUI, &CGUI::PaneToggled, this, &frmVindrell::PaneToggled);
     m_GUI->SetPaneFrame(CGUI::RecoverPane, m_RevisionPane);
     m_GUI->SetPaneFrame(CGUI::SitePane, m_SitePane);
+    // The documents under edit find the layer list by its name.
+    m_GUI->SetLayerList(new ctlVisibility);
     connect(m_GUI, &CGUI::HelpRequested, this, [](const QString &topic) { frmSettingsHelp::ShowHelpOn(topic); });
     // The keys are guarded for as long as Edit is down.
     connect(cmdEdit, &QPushButton::toggled, m_KeyGuard, &EditKeyGuard::setEditing);
