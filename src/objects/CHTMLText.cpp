@@ -6,6 +6,7 @@
 #include "fileviews/SiteTreeKeys.h"
 #include "document/CDocument.h"
 #include "objects/CHTMLImg.h"
+#include "objects/CHTMLMedia.h"
 #include "objects/LinkCommand.h"
 #include "objects/M_HTMLClipboard.h"
 #include "objects/PageBackgroundCommand.h"
@@ -37,7 +38,7 @@ enum Text : long { txtSetBackground = 17624, txtChangeBackground = 17625, txtPas
                    txtWhatsH1H7 = 17653, txtWhatsH1H7Title = 17605, txtOutsideBody = 17654, txtSealed = 17655,
                    txtTitlePrompt = 17656, txtDocumentTitle = 17620, txtPicture = 17641, txtBookmark = 17643,
                    txtAbsolute = 17200, txtCenter = 17204, txtRule = 17657, txtFormField = 17658,
-                   txtTable = 17629 };
+                   txtTable = 17629, txtSound = 17615, txtVideo = 17616, txtFlash = 17642 };
 
 QString L(long id)
 {
@@ -129,9 +130,6 @@ void CHTMLText::Prepare(frmMenu &menu)
     const bool background = PageBackgroundCommand::HasPicture(m_HTMLDocument.body());
     menu.Item(QStringLiteral("mnuSetBkndImg"))->setText(L(background ? txtChangeBackground : txtSetBackground));
     menu.Item(QStringLiteral("mnuRemBkndImg"))->setEnabled(background);
-    // Media the page engine can't play have no command yet.
-    for (const char *name : {"mnuInsertSoundClip", "mnuInsertFlash", "mnuInsertVideo"})
-        menu.Item(QString::fromLatin1(name))->setEnabled(false);
     TableCommands::PrepareMenu(menu, *m_Document, m_Element);
     PrepareLimits(menu);
     CMSLockCommands::PrepareTextMenu(menu, *m_Document, m_Range);
@@ -144,7 +142,8 @@ void CHTMLText::PrepareSelection(frmMenu &menu)
     const bool text = !m_Range.text().isEmpty();
     for (const char *name : {"mnuCut", "mnuCopy", "mnuDelete", "mnuCreateLink"})
         menu.Item(QString::fromLatin1(name))->setEnabled(text);
-    for (const char *name : {"mnuSelectAll", "mnuPaste", "mnuInsertImage"})
+    for (const char *name : {"mnuSelectAll", "mnuPaste", "mnuInsertImage", "mnuInsertSoundClip", "mnuInsertFlash",
+                             "mnuInsertVideo"})
         menu.Item(QString::fromLatin1(name))->setEnabled(true);
     const bool linked = !m_Link.isNull();
     menu.Item(QStringLiteral("mnuEditLink"))->setVisible(linked);
@@ -209,6 +208,9 @@ void CHTMLText::Connect(frmMenu &menu)
     On(menu, "mnuRemoveLink", [this] { return m_mnuRemoveLink_Click(); });
     On(menu, "mnuInsertImage", [this] { return m_mnuInsertImage_Click(); });
     On(menu, "mnuInsertTable", [this] { return m_mnuInsertTable_Click(); });
+    for (const auto &[item, kind] : {std::pair{"mnuInsertSoundClip", CHTMLMedia::Sound}, {"mnuInsertFlash", CHTMLMedia::Flash},
+                                     {"mnuInsertVideo", CHTMLMedia::Video}})
+        On(menu, item, [this, kind = kind] { return InsertMedia(kind); });
     On(menu, "mnuInsertBookMark", [this] { return m_mnuInsertBookMark_Click(); });
     On(menu, "mnuInsertRule", [this] { return m_mnuInsertRule_Click(); });
     for (const auto &[item, kind] : {std::pair{"mnuInsertTextBox", "text"}, {"mnuInsertCheckBox", "checkbox"},
@@ -263,6 +265,10 @@ bool CHTMLText::InsertionRefused(const QString &strWhat_p)
             reason = parent.isContentEditable() ? 0 : long(txtSealed);
             break;
         }
+    // A caret in text the script wrote, or a selection reaching into it,
+    // has an editable parent: the page's runtime knows the sealed parts.
+    if (reason == 0 && m_Range.reachesSeal())
+        reason = long(txtSealed);
     if (reason == 0)
         return false;
     UserQuestions::MsgBox(L(reason), UserQuestions::vbExclamation, strWhat_p);
@@ -382,6 +388,15 @@ long CHTMLText::m_mnuInsertImage_Click()
         return -1;
     m_Range.select();
     return CHTMLImg::InsertLocalPicture(*m_Document, file);
+}
+
+// Clips the engine can't play go in as their tags, shown as boxes.
+long CHTMLText::InsertMedia(int kind)
+{
+    static const long captions[] = {txtSound, txtFlash, txtVideo};
+    if (InsertionRefused(L(captions[kind])))
+        return -1;
+    return CHTMLMedia::Insert(*m_Document, m_Range, CHTMLMedia::Kind(kind));
 }
 
 long CHTMLText::m_mnuInsertTable_Click()

@@ -48,6 +48,7 @@ private:
     long m_mnuRemoveLink_Click();
     long m_mnuInsertImage_Click();
     long m_mnuInsertTable_Click();
+    long InsertMedia(int kind);
     long m_mnuInsertBookMark_Click();
     long m_mnuInsertRule_Click();
     long InsertFormField(const QString &strKind_p);

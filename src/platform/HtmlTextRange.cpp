@@ -33,6 +33,11 @@ QString HtmlTextRange::text() const { return info().value(QStringLiteral("text")
 QString HtmlTextRange::htmlText() const { return info().value(QStringLiteral("htmlText")).toString(); }
 bool HtmlTextRange::isCollapsed() const { return info().value(QStringLiteral("collapsed")).toBool(); }
 
+bool HtmlTextRange::reachesSeal() const
+{
+    return call(QStringLiteral("sealed"), {}, QStringLiteral("HtmlTextRange.reachesSeal")).toBool();
+}
+
 HtmlElement HtmlTextRange::parentElement() const
 {
     return HtmlElement(m_browser, info().value(QStringLiteral("parent")).toInt());

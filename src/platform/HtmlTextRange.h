@@ -22,6 +22,9 @@ public:
     QString htmlText() const;
     bool isCollapsed() const;
     HtmlElement parentElement() const;
+    // Whether the range lies in, or reaches into, what the server's script
+    // wrote into the page (sealed in edit mode).
+    bool reachesSeal() const;
 
     void select();
     void pasteHTML(const QString &html);

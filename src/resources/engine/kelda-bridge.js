@@ -125,16 +125,8 @@
           const ranges = ev.getTargetRanges ? ev.getTargetRanges() : [];
           const sel = w.getSelection();
           const check = ranges.length ? ranges : (sel && sel.rangeCount ? [sel.getRangeAt(0)] : []);
-          for (const t of check) {
-            for (const s of w.__keldaSeals) {
-              const inside = s.compareBoundaryPoints(Range.START_TO_END, t) > 0 &&
-                             s.compareBoundaryPoints(Range.END_TO_START, t) < 0;
-              const touches = !t.collapsed && (s.comparePoint(t.startContainer, t.startOffset) === 0 ||
-                                               s.comparePoint(t.endContainer, t.endOffset) === 0 ||
-                                               (t.comparePoint(s.startContainer, s.startOffset) === 0 && t.comparePoint(s.endContainer, s.endOffset) === 0));
-              if (inside || touches) { ev.preventDefault(); return; }
-            }
-          }
+          for (const t of check)
+            if (K.touchesSeal(w, t)) { ev.preventDefault(); return; }
         }, true);
       }
       return seals.length;
@@ -339,6 +331,19 @@
     }
   };
 
+  // Whether a range lies in or reaches into server script's output.
+  K.touchesSeal = function (w, t) {
+    for (const s of w.__keldaSeals || []) {
+      const inside = s.compareBoundaryPoints(Range.START_TO_END, t) > 0 &&
+                     s.compareBoundaryPoints(Range.END_TO_START, t) < 0;
+      const touches = !t.collapsed && (s.comparePoint(t.startContainer, t.startOffset) === 0 ||
+                                       s.comparePoint(t.endContainer, t.endOffset) === 0 ||
+                                       (t.comparePoint(s.startContainer, s.startOffset) === 0 && t.comparePoint(s.endContainer, s.endOffset) === 0));
+      if (inside || touches) return true;
+    }
+    return false;
+  };
+
   K.range = {
     store(r) { const h = K.next++; K.ranges.set(h, r); return h; },
     get(h) { const r = K.ranges.get(h); if (!r) fail('Unknown range'); return r; },
@@ -382,6 +387,7 @@
       e.parentNode.insertBefore(clone, e.nextSibling);
       return K.id(clone);
     },
+    sealed(h) { const r = K.range.get(h); return K.touchesSeal(winOf(r.startContainer.ownerDocument || r.startContainer), r); },
     release(h) { K.ranges.delete(h); return true; }
   };
 

@@ -32,6 +32,17 @@ struct EditedPage
     void open(const QString &path, const QByteArray &body)
     {
         doc = save_test::editPage(screen, path, body);
+        listen();
+    }
+    // A page with server script, entered as an edit session enters it.
+    void enter(save_test::ScriptPage &asp, const QString &path)
+    {
+        asp.enter(screen, path);
+        doc = std::move(asp.doc);
+        listen();
+    }
+    void listen()
+    {
         QObject::connect(&screen.browser, &WebBrowser::pageEvent, &screen.browser, [this](const PageEvent &e) {
             if (e.type != QLatin1String("contextmenu") || !awaitingClick)
                 return;

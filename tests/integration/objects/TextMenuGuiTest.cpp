@@ -1,8 +1,9 @@
 // The text menu of a page being edited, right-clicked and driven as a user
 // drives it in the real page engine: what it offers for a caret in text, in
 // a link and in a table cell; its commands, each once, in the page saved to
-// the fixture server with the pictures it uploads; and the inserts it
-// refuses in words without leaving anything half in the page.
+// the fixture server with the pictures and clips it uploads; and the inserts
+// it refuses in words without leaving anything half in the page, also in
+// text that the server's script wrote.
 
 #include "../fileviews/SiteTreeDriver.h"
 #include "ObjectPage.h"
@@ -14,6 +15,8 @@
 #include <QImage>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
+
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -95,10 +98,10 @@ TEST_F(TextMenu, TheMenuOffersWhatTheCaretInTextALinkOrACellAllows)
 
     const auto plain = pick(QStringLiteral("plain"), {});
     for (const char *on : {"mnuPaste", "mnuSelectAll", "mnuInsertImage", "mnuInsertBookMark", "mnuInsertRule",
-                           "mnuRemBkndImg", "mnuEditScriptBlock", "mnuInsertTable"})
+                           "mnuRemBkndImg", "mnuEditScriptBlock", "mnuInsertTable", "mnuInsertSoundClip", "mnuInsertFlash",
+                           "mnuInsertVideo"})
         EXPECT_TRUE(plain->enabled.contains(QLatin1String(on))) << on;
-    for (const char *off : {"mnuCut", "mnuCopy", "mnuDelete", "mnuCreateLink", "mnuInsertSoundClip",
-                            "mnuInsertVideo", "mnuZOrder"})
+    for (const char *off : {"mnuCut", "mnuCopy", "mnuDelete", "mnuCreateLink", "mnuZOrder"})
         EXPECT_FALSE(plain->enabled.contains(QLatin1String(off))) << off;
     EXPECT_TRUE(plain->hidden.contains(QStringLiteral("mnuEditLink")));
     EXPECT_FALSE(plain->hidden.contains(QStringLiteral("mnuCreateLink")));
@@ -238,6 +241,90 @@ TEST_F(TextMenu, BadInputIsRefusedInWordsAndNothingGoesInHalf)
     EXPECT_TRUE(page.page().getElementsByTagName(QStringLiteral("IMG")).isEmpty());
     EXPECT_TRUE(page.page().getElementsByTagName(QStringLiteral("LINK")).isEmpty());
     EXPECT_TRUE(page.page().body().getAttribute(QStringLiteral("background")).isNull());
+}
+
+// Clips the engine can't play go in as their tags, each shown as a box of
+// its size; at Save each file goes up beside the pictures and the tags
+// name them there, with nothing of the editor's look in the file. A file
+// of another kind is refused in words.
+TEST_F(TextMenu, SoundFlashAndVideoGoInAsTheirTagsShownAsBoxesAndUploadedAtSave)
+{
+    const QString path = QStringLiteral("textmenu/media.htm");
+    page.open(path, "<html><head><title>Media</title></head><body>\n<p id=\"sound\">Listen:</p>\n"
+                    "<p id=\"flash\">Play:</p>\n<p id=\"video\">Watch:</p>\n</body></html>");
+    const std::tuple<const char *, const char *, const char *, int, int> clips[] = {
+        {"sound", "mnuInsertSoundClip", "media_song.mp3", 300, 40},
+        {"flash", "mnuInsertFlash", "media_film.swf", 400, 300},
+        {"video", "mnuInsertVideo", "media_clip.mp4", 320, 240}};
+    for (const auto &[id, item, name, width, height] : clips) {
+        const QString file = home.filePath(QString::fromLatin1(name));
+        fileviews_test::put(file, QByteArray("clip bytes of ") + name);
+        SiteFileDialogs::Script({file});
+        chooseImgFolder();
+        pick(QString::fromLatin1(id), QString::fromLatin1(item));
+        const HtmlElement clip = page.byId(QString::fromLatin1(id)).children().value(0);
+        EXPECT_EQ(clip.offsetWidth(), width) << name;
+        EXPECT_EQ(clip.offsetHeight(), height) << name;
+    }
+    const QString notes = home.filePath(QStringLiteral("notes.txt"));
+    fileviews_test::put(notes, "not a clip");
+    SiteFileDialogs::Script({notes});
+    pick(QStringLiteral("video"), QStringLiteral("mnuInsertVideo"));
+    EXPECT_EQ(shown(), QStringList{QStringLiteral("MsgBox:The file notes.txt is not a video clip of a kind web pages use "
+                                                  "(mp4, webm, ogv, mov, avi, mpg, mpeg, wmv, flv), or it can't be read. "
+                                                  "Nothing was inserted: choose another file.")});
+    EXPECT_EQ(page.page().getElementsByTagName(QStringLiteral("VIDEO")).size(), 1);
+
+    const QByteArray file = saved(path);
+    for (const QByteArray &part : std::initializer_list<QByteArray>{
+             "<p id=\"sound\">Listen:<audio controls=\"\" src=\"../img/media_song.mp3\"></audio></p>",
+             "<p id=\"flash\">Play:<embed type=\"application/x-shockwave-flash\" src=\"../img/media_film.swf\" "
+             "width=\"400\" height=\"300\"></p>",
+             "<p id=\"video\">Watch:<video controls=\"\" src=\"../img/media_clip.mp4\" width=\"320\" height=\"240\"></video></p>"})
+        EXPECT_TRUE(file.contains(part)) << part.toStdString() << " in " << file.toStdString();
+    EXPECT_FALSE(file.contains("kelda")) << file.toStdString();
+    for (const auto &[id, item, name, width, height] : clips) {
+        const QString uploaded = fileviews_test::web(QStringLiteral("img/") + QString::fromLatin1(name));
+        EXPECT_EQ(fileviews_test::bytesOf(uploaded), QByteArray("clip bytes of ") + name);
+        QFile::remove(uploaded);
+    }
+}
+
+// The menu shows for text the server's script wrote into an editable
+// heading; a caret in that text, and a selection reaching into it, are
+// refused in words and the page keeps its bytes.
+TEST_F(TextMenu, InsertsInTextTheServersScriptWroteAreRefused)
+{
+    const QString path = QStringLiteral("asp/textmenu.asp");
+    const QByteArray source = "<%@ Language=VBScript %>\r\n<HTML>\r\n<HEAD>\r\n<TITLE>Sealed</TITLE>\r\n</HEAD>\r\n<BODY>\r\n"
+                              "<H1 id=\"head\">Garden <%= \"layout\" %></H1>\r\n<P id=\"text\">Edit this text.</P>\r\n"
+                              "</BODY>\r\n</HTML>\r\n";
+    TestServers::shared().writeWebFile(path, source);
+    save_test::ScriptPage asp;
+    page.enter(asp, path);
+    const HtmlElement head = page.byId(QStringLiteral("head"));
+    const QString before = head.innerHTML();
+    // The middle of the script's text, found as a user sees it.
+    const QVariantList at = run(QStringLiteral("(function(){const h = document.getElementById('head'),"
+                                               " t = Array.from(h.childNodes).find(n => n.nodeType === 3 && n.data === 'layout'),"
+                                               " r = document.createRange(); r.selectNodeContents(t);"
+                                               " const b = r.getBoundingClientRect(); return [t.data, b.left + b.width / 2,"
+                                               " b.top + b.height / 2];})()"))
+                                .toList();
+    ASSERT_EQ(at.value(0).toString(), QStringLiteral("layout"));
+    MenuPick rule(QStringLiteral("mnuInsertRule"));
+    ASSERT_TRUE(page.rightClick(QPoint(at.value(1).toInt(), at.value(2).toInt())));
+    EXPECT_TRUE(rule.shown);
+    // Garden and the script's word selected together.
+    pick(QStringLiteral("head"), QStringLiteral("mnuInsertTextBox"), true);
+
+    const QString sealed = QStringLiteral("MsgBox:The caret stands in a part of the page that the server's script writes, "
+                                          "which can't be changed here. Nothing was inserted: click in the text where it "
+                                          "is to go and choose the command again.");
+    EXPECT_EQ(shown(), (QStringList{sealed, sealed}));
+    EXPECT_EQ(head.innerHTML(), before);
+    EXPECT_TRUE(page.page().getElementsByTagName(QStringLiteral("HR")).isEmpty());
+    EXPECT_TRUE(page.page().getElementsByTagName(QStringLiteral("INPUT")).isEmpty());
 }
 
 } // namespace
