@@ -177,6 +177,20 @@ QWidget *frmTableProperties::PictureRow(QFormLayout *rows, const char *box, cons
     return path;
 }
 
+// Previous and Next around the label that says where the tab stands.
+QLabel *frmTableProperties::Walker(QFormLayout *rows, const char *previous, const char *next, const char *label,
+                                   const std::function<void(int)> &step)
+{
+    auto *walk = new QHBoxLayout;
+    walk->addWidget(Button(nullptr, txtPrevious, previous, [step] { step(-1); }));
+    auto *where = new QLabel;
+    where->setObjectName(QString::fromLatin1(label));
+    walk->addWidget(where, 1, Qt::AlignCenter);
+    walk->addWidget(Button(nullptr, txtNext, next, [step] { step(1); }));
+    rows->addRow(walk);
+    return where;
+}
+
 QWidget *frmTableProperties::BuildTableTab()
 {
     auto *page = new QWidget;
@@ -205,13 +219,7 @@ QWidget *frmTableProperties::BuildCellTab()
     auto *page = new QWidget;
     auto *rows = new QFormLayout(page);
     const Target cell = [this] { return m_Cell; };
-    auto *walk = new QHBoxLayout;
-    walk->addWidget(Button(page, txtPrevious, "cmdPrev", [this] { StepCell(-1); }));
-    lblCell = new QLabel(page);
-    lblCell->setObjectName(QStringLiteral("lblCell"));
-    walk->addWidget(lblCell, 1, Qt::AlignCenter);
-    walk->addWidget(Button(page, txtNext, "cmdNext", [this] { StepCell(1); }));
-    rows->addRow(walk);
+    lblCell = Walker(rows, "cmdPrev", "cmdNext", "lblCell", [this](int step) { StepCell(step); });
     txtCellWidth = SizeBox(rows, txtWidth, "txtCellWidth", "UpDownCell", [this](const QString &v) { WriteColumnWidth(v); });
     cmbCellHAlign = AttributeList(rows, txtHAlign, "cmbCellHAlign",
                                   {{txtCenter, "center"}, {txtLeft, "left"}, {txtRight, "right"}, {txtNotSet, nullptr}},
@@ -250,13 +258,7 @@ QWidget *frmTableProperties::BuildRowTab()
     auto *page = new QWidget;
     auto *rows = new QFormLayout(page);
     const Target row = [this] { return m_Row; };
-    auto *walk = new QHBoxLayout;
-    walk->addWidget(Button(page, txtPrevious, "cmdPrevRow", [this] { StepRow(-1); }));
-    lblRow = new QLabel(page);
-    lblRow->setObjectName(QStringLiteral("lblRow"));
-    walk->addWidget(lblRow, 1, Qt::AlignCenter);
-    walk->addWidget(Button(page, txtNext, "cmdNextRow", [this] { StepRow(1); }));
-    rows->addRow(walk);
+    lblRow = Walker(rows, "cmdPrevRow", "cmdNextRow", "lblRow", [this](int step) { StepRow(step); });
     txtRowHeight = SizeBox(rows, txtHeight, "txtRowHeight", "UpDownRow",
                            [this](const QString &v) { Write(m_Row, QStringLiteral("height"), v); });
     cmbRowHAlign = AttributeList(rows, txtHAlign, "cmbRowHAlign",
@@ -477,24 +479,27 @@ void frmTableProperties::RemoveBackgroundImage(const Target &target, QLineEdit *
     box->clear();
 }
 
+// The element before or after the current one in the list; it stays at
+// the first and the last.
+bool frmTableProperties::Step(const QList<HtmlElement> &list, HtmlElement &current, int step)
+{
+    const qsizetype at = list.indexOf(current) + step;
+    if (at < 0 || at >= list.size())
+        return false;
+    current = list.at(at);
+    return true;
+}
+
 void frmTableProperties::StepCell(int step)
 {
-    const QList<HtmlElement> cells = Cells();
-    const qsizetype at = cells.indexOf(m_Cell) + step;
-    if (at < 0 || at >= cells.size())
-        return;
-    m_Cell = cells.at(at);
-    FillCellTab();
+    if (Step(Cells(), m_Cell, step))
+        FillCellTab();
 }
 
 void frmTableProperties::StepRow(int step)
 {
-    const QList<HtmlElement> rows = Rows();
-    const qsizetype at = rows.indexOf(m_Row) + step;
-    if (at < 0 || at >= rows.size())
-        return;
-    m_Row = rows.at(at);
-    FillRowTab();
+    if (Step(Rows(), m_Row, step))
+        FillRowTab();
 }
 
 // As many neighbours as the box says go into the cell, one by one, as

@@ -55,6 +55,9 @@ private:
                         const Target &target);
     QWidget *PictureRow(QFormLayout *rows, const char *box, const char *set, const char *del, const Target &target);
     QPushButton *Button(QWidget *parent, long caption, const char *name, const std::function<void()> &click);
+    QLabel *Walker(QFormLayout *rows, const char *previous, const char *next, const char *label,
+                   const std::function<void(int)> &step);
+    static bool Step(const QList<HtmlElement> &list, HtmlElement &current, int step);
 
     void Form_Load();
     void FillTableTab();
