@@ -53,8 +53,11 @@ QVariant PageScriptCall::run(QWebEnginePage *page, const QString &script,
     deadline.setSingleShot(true);
     QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
     deadline.start(deadlineMs);
-    if (!answer->done)
+    if (!answer->done) {
+        ++s_nWaiting;
         loop.exec();
+        --s_nWaiting;
+    }
     if (!answer->done) {
         MError::SetError(TimeoutError,
                          QStringLiteral("The page did not answer within %1 seconds.")

@@ -33,7 +33,16 @@ public:
     static QVariant callOnHandle(QWebEnginePage *page, int handle, const QString &function,
                                  QVariantList args, const QString &position);
 
+    // A call is waiting for its page's answer somewhere down the stack.
+    // Work that asks the page only for the look of the window waits until
+    // none is: a call made from inside another one's wait can stall both
+    // until their deadlines.
+    static bool Waiting() { return s_nWaiting > 0; }
+
     // Pumps events until the condition holds; false when the deadline came
     // first.
     static bool pumpUntil(const std::function<bool()> &condition, int deadlineMs);
+
+private:
+    static inline int s_nWaiting = 0;
 };

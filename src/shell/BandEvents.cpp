@@ -4,13 +4,19 @@
 #include "document/CDocument.h"
 #include "document/StylePaneState.h"
 #include "platform/PageEvent.h"
+#include "platform/PageScriptCall.h"
 #include "platform/WebBrowser.h"
 #include "shell/CGUI.h"
 #include "shell/EditSession.h"
 #include "shell/StylePane.h"
 #include "support/MError.h"
 
+#include <QTimer>
+
 namespace {
+// How long the pane waits for the next event before it reads the page.
+constexpr int kFollowDelayMs = 30;
+
 // The events after which the caret, the formatting or the engine's undo
 // list may have changed.
 bool MayChangeCaret(const QString &type)
@@ -70,10 +76,26 @@ template <class Action> void BandEvents::OnCurrent(Action action)
     Follow();
 }
 
+// The pane follows once the page's events have come in, and never from
+// inside the wait of another call to the page. Many keys typed at once make
+// one update.
 void BandEvents::OnPageEvent(const PageEvent &event)
 {
     if (MayChangeCaret(event.type))
+        FollowSoon();
+}
+
+void BandEvents::FollowSoon()
+{
+    if (m_boolFollowPending)
+        return;
+    m_boolFollowPending = true;
+    QTimer::singleShot(kFollowDelayMs, this, [this] {
+        m_boolFollowPending = false;
+        if (PageScriptCall::Waiting())
+            return FollowSoon();
         Follow();
+    });
 }
 
 // Whatever fails here is only the pane's look: it goes to the log.

@@ -25,6 +25,7 @@ public:
 
 private:
     void OnPageEvent(const PageEvent &event);
+    void FollowSoon();
     void ConnectStylePane();
     // Runs the action on the document with the caret, then shows what it
     // made; a failure goes to the error dialog.
@@ -32,4 +33,5 @@ private:
 
     CGUI &m_GUI;
     EditSession &m_session;
+    bool m_boolFollowPending = false;
 };
