@@ -331,8 +331,15 @@
     }
   };
 
-  // Whether a range lies in or reaches into server script's output.
+  // Whether a range lies in or reaches into server script's output. The
+  // ranges an input event targets are static ones, which can't be
+  // compared: they are taken as live ranges first.
   K.touchesSeal = function (w, t) {
+    if (typeof t.comparePoint !== 'function') {
+      const r = (t.startContainer.ownerDocument || t.startContainer).createRange();
+      r.setStart(t.startContainer, t.startOffset); r.setEnd(t.endContainer, t.endOffset);
+      t = r;
+    }
     for (const s of w.__keldaSeals || []) {
       const inside = s.compareBoundaryPoints(Range.START_TO_END, t) > 0 &&
                      s.compareBoundaryPoints(Range.END_TO_START, t) < 0;
