@@ -57,7 +57,8 @@ const QString kSection = QStringLiteral("Window");
 
 // The help pages of the band, by the help context of their place.
 const QString kHelpBand = QStringLiteral("010000.htm");
-const QString kHelpVisibility = QStringLiteral("011000.htm");
+// The Visibility pane's help tells about the layers of its list.
+const QString kHelpVisibility = QStringLiteral("content/help_visibility.htm");
 const QString kHelpStyle = QStringLiteral("011100.htm");
 
 int StoredNumber(const QString &key, int fallback)
