@@ -1,5 +1,6 @@
 #include "EngineProfile.h"
 
+#include "platform/LocalFolders.h"
 #include "platform/LocalPictureScheme.h"
 
 #include <QCoreApplication>
@@ -7,12 +8,6 @@
 #include <QWebEngineProfile>
 
 namespace {
-QString xdgFolder(const char *variable, const QString &fallback)
-{
-    const QString set = qEnvironmentVariable(variable);
-    return set.isEmpty() ? QDir::homePath() + fallback : set;
-}
-
 QString made(const QString &path)
 {
     QDir().mkpath(path);
@@ -22,7 +17,7 @@ QString made(const QString &path)
 
 QString EngineProfile::StoragePath()
 {
-    return xdgFolder("XDG_DATA_HOME", QStringLiteral("/.local/share")) + QStringLiteral("/keldacms/engine");
+    return LocalFolders::dataFolder() + QStringLiteral("/engine");
 }
 
 QWebEngineProfile *EngineProfile::Shared()
@@ -31,7 +26,7 @@ QWebEngineProfile *EngineProfile::Shared()
     if (!profile) {
         profile = new QWebEngineProfile(QStringLiteral("keldacms"), QCoreApplication::instance());
         profile->setPersistentStoragePath(made(StoragePath()));
-        profile->setCachePath(made(xdgFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QStringLiteral("/keldacms/engine")));
+        profile->setCachePath(made(LocalFolders::xdgFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QStringLiteral("/keldacms/engine")));
         profile->setPersistentCookiesPolicy(QWebEngineProfile::AllowPersistentCookies);
         LocalPictureScheme::InstallIn(profile);
     }
@@ -41,10 +36,14 @@ QWebEngineProfile *EngineProfile::Shared()
 void EngineProfile::SetSpellCheck(bool on)
 {
     QWebEngineProfile *profile = Shared();
-    QStringList languages;
-    const QDir dictionaries(qEnvironmentVariable("QTWEBENGINE_DICTIONARIES_PATH"));
-    for (const QString &file : dictionaries.entryList({QStringLiteral("*.bdic")}, QDir::Files, QDir::Name))
-        languages << file.chopped(5);
+    // The dictionaries' folder is set before the engine starts and read once.
+    static const QStringList languages = [] {
+        QStringList names;
+        const QDir dictionaries(qEnvironmentVariable("QTWEBENGINE_DICTIONARIES_PATH"));
+        for (const QString &file : dictionaries.entryList({QStringLiteral("*.bdic")}, QDir::Files, QDir::Name))
+            names << file.chopped(5);
+        return names;
+    }();
     if (on && !languages.isEmpty() && profile->spellCheckLanguages() != languages)
         profile->setSpellCheckLanguages(languages);
     profile->setSpellCheckEnabled(on && !languages.isEmpty());

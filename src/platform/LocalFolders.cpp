@@ -62,18 +62,19 @@ QString tempBase()
 
 QString LocalFolders::configFolder()
 {
-    QString base = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QStringLiteral("/.config");
-    return ensureFolder(base + QStringLiteral("/keldacms"));
+    return ensureFolder(xdgFolder("XDG_CONFIG_HOME", QStringLiteral("/.config")) + QStringLiteral("/keldacms"));
 }
 
 QString LocalFolders::dataFolder()
 {
-    QString base = qEnvironmentVariable("XDG_DATA_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QStringLiteral("/.local/share");
-    return ensureFolder(base + QStringLiteral("/keldacms"));
+    return ensureFolder(xdgFolder("XDG_DATA_HOME", QStringLiteral("/.local/share")) + QStringLiteral("/keldacms"));
+}
+
+// The folder an XDG variable names, or its default under the home folder.
+QString LocalFolders::xdgFolder(const char *variable, const QString &underHome)
+{
+    const QString set = qEnvironmentVariable(variable);
+    return set.isEmpty() ? QDir::homePath() + underHome : set;
 }
 
 QString LocalFolders::namedTempFolder()

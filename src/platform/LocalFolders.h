@@ -40,6 +40,9 @@ public:
     // folder of this process made with mkdtemp beside it; see the .cpp.
     static QString tempFolder();
 
+    // $<variable>, or the home folder with underHome ("/.cache").
+    static QString xdgFolder(const char *variable, const QString &underHome);
+
 private:
     static QString ensureFolder(const QString &path);
 };

@@ -89,16 +89,26 @@ SpellEngine::~SpellEngine() = default;
 // one takes longer than checking a page.
 SpellEngine *SpellEngine::ForLanguage(const QString &tag)
 {
+    // Which dictionary a tag comes to is decided once: the candidates are
+    // looked for in the dictionary folders.
+    static QHash<QString, SpellEngine *> chosen;
+    const QString choice = tag + QLatin1Char('|') + ProgramLanguageTag();
+    if (SpellEngine *engine = chosen.value(choice))
+        return engine;
     QHash<QString, SpellEngine *> &loaded = Loaded();
     QStringList names = Candidates(tag);
     names << Candidates(ProgramLanguageTag()) << QStringLiteral("en_US");
     for (const QString &name : std::as_const(names)) {
-        if (SpellEngine *engine = loaded.value(name))
-            return engine;
-        if (std::unique_ptr<SpellEngine> engine = Load(name)) {
-            loaded.insert(name, engine.get());
-            return engine.release();
+        SpellEngine *engine = loaded.value(name);
+        if (!engine) {
+            std::unique_ptr<SpellEngine> read = Load(name);
+            if (!read)
+                continue;
+            engine = read.release();
+            loaded.insert(name, engine);
         }
+        chosen.insert(choice, engine);
+        return engine;
     }
     MError::SetError(53,
                      QStringLiteral("No spelling dictionary for \"%1\" on this machine. Install the package "

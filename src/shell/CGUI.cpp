@@ -273,8 +273,6 @@ void CGUI::EditLook(bool editing)
         PaneButton(pane)->setEnabled(true);
     Button("cmdSettings")->setEnabled(!editing);
     Button("cmdShowAdminSettings")->setEnabled(editing);
-    if (editing)
-        ApplyCMSLimits();
     if (!editing) {
         ClearGlyphSwitches();
         m_stylePane->SetHooverInfo(QString());
@@ -288,8 +286,9 @@ void CGUI::EditLook(bool editing)
 
 // The CMS user of the page under edit may be kept from some panes, and a
 // user who is no administrator from the administrator's panel. The edit
-// session calls it again once it knows who the user is: the press of Edit
-// reaches the band before the CMS file has been read.
+// session calls it once it knows who the user is: the press of Edit reaches
+// the band before the CMS file has been read, when the limits at hand are
+// still the last edit's.
 void CGUI::ApplyCMSLimits()
 {
     for (int pane = VisibilityPane; pane <= SitePane; ++pane)

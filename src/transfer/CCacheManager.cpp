@@ -1,6 +1,7 @@
 #include "transfer/CCacheManager.h"
 
 #include "document/AddressPath.h"
+#include "platform/LocalFolders.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -49,10 +50,7 @@ QString WithoutDotSegments(const QString &path)
 
 QString CCacheManager::CacheFolder()
 {
-    QString base = qEnvironmentVariable("XDG_CACHE_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QStringLiteral("/.cache");
-    return base + QStringLiteral("/keldacms/pages");
+    return LocalFolders::xdgFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QStringLiteral("/keldacms/pages");
 }
 
 QString CCacheManager::Escaped(const QString &text, bool escapePercent)
