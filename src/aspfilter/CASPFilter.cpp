@@ -745,6 +745,16 @@ long CASPFilter::GetLastASPPos() const
     return 2 * (long(m_BlockTable.size()) - 1);
 }
 
+long CASPFilter::LetBlocks(const QStringList &astrSources_p)
+{
+    m_BlockTable.clear();
+    for (qsizetype k = 0; k < astrSources_p.size(); ++k)
+        m_BlockTable.push_back(ASPEntry{ASPMarkers::FormatID(long(2 * k)), astrSources_p[k], InsidePage});
+    m_OverrideTable.assign(1, ASPEntry{});
+    m_boolHasASP = !astrSources_p.isEmpty();
+    return 1;
+}
+
 long CASPFilter::CopyASPObject(long lSourceID_p, long lDestID_p)
 {
     const QString source = ASPMarkers::FormatID(lSourceID_p);

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QRegularExpression>
+#include <QStringList>
 #include <QString>
 
 #include <vector>
@@ -46,6 +47,10 @@ public:
     long SetASP(const QString &strID_p, const QString &strASP_p);
     long GetLastASPPos() const;
     long CopyASPObject(long lSourceID_p, long lDestID_p);
+    // The blocks of a page marked without this filter's wrappers: block k
+    // gets the ID 2k and the source given, in the page. The override
+    // table starts over. 1.
+    long LetBlocks(const QStringList &astrSources_p);
 
 private:
     // One piece of text that FixSpecialTags took out, at its position in the

@@ -52,10 +52,12 @@ QStringList ScriptGuard::Pieces(QStringView page)
     return ordered;
 }
 
-bool ScriptGuard::Keeps(QStringView original, QStringView outgoing, QString &difference, const QStringList &copies)
+bool ScriptGuard::Keeps(QStringView original, QStringView outgoing, QString &difference, const QStringList &copies,
+                        const QStringList &removed)
 {
     const QStringList before = Pieces(original);
     const QStringList after = Pieces(outgoing);
+    QStringList mayGo = removed;
     qsizetype i = 0;
     for (const QString &piece : after) {
         if (i < before.size() && before[i] == piece) {
@@ -64,12 +66,20 @@ bool ScriptGuard::Keeps(QStringView original, QStringView outgoing, QString &dif
         }
         if (copies.contains(piece))
             continue;
+        while (i < before.size() && before[i] != piece && mayGo.removeOne(before[i]))
+            ++i;
+        if (i < before.size() && before[i] == piece) {
+            ++i;
+            continue;
+        }
         if (i >= before.size())
             difference = QStringLiteral("script added: ") + Shown(piece);
         else
             difference = QStringLiteral("script changed: ") + Shown(before[i]) + QStringLiteral(" became ") + Shown(piece);
         return false;
     }
+    while (i < before.size() && mayGo.removeOne(before[i]))
+        ++i;
     if (i < before.size()) {
         difference = QStringLiteral("script missing: ") + Shown(before[i]);
         return false;

@@ -17,7 +17,9 @@ public:
     // True when the outgoing page keeps the original's script; otherwise
     // `difference` says what was lost or changed first. Beyond the
     // original's script, in its order, the outgoing page may hold further
-    // copies only of the pieces in `copies` (a block the user pasted).
+    // copies only of the pieces in `copies` (a block the user pasted), and
+    // may lack only the pieces in `removed` (blocks the user deleted), each
+    // as often as it is listed there.
     static bool Keeps(QStringView original, QStringView outgoing, QString &difference,
-                      const QStringList &copies = {});
+                      const QStringList &copies = {}, const QStringList &removed = {});
 };

@@ -281,27 +281,52 @@ long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString
     QList<PageToken> now;
     if (!ViewTokens(engineView, now, reason))
         return 0;
-    const std::vector<int> match = LineUp(m_viewTokens, now);
+    for (const PageToken &t : now) {
+        if (t.kind == PageToken::Script && !m_texts.contains(t.key) && !m_regionTokens.contains(t.key)) {
+            reason = QStringLiteral("The page holds the output of script the editor doesn't know.");
+            return 0;
+        }
+    }
+    std::vector<int> match = LineUp(m_viewTokens, now);
+    // A region the user gave a new source is written anew where it stands.
+    for (size_t i = 0; i < match.size(); ++i) {
+        if (match[i] >= 0 && m_viewTokens[qsizetype(i)].kind == PageToken::Script && m_texts.contains(m_viewTokens[qsizetype(i)].key))
+            match[i] = -1;
+    }
     QString out;
     out.reserve(m_source.size() + 1024);
+    QHash<qsizetype, quint64> written; // where each region of the result starts, and its key
     qsizetype at = 0;
     for (const Hunk &hunk : Hunks(match, int(m_viewTokens.size()), int(now.size()))) {
         qsizetype start = 0;
         qsizetype end = 0;
         QString text;
-        if (!Place(hunk, engineView, now, start, end, text) || start < at) {
+        QHash<qsizetype, quint64> regionsAt; // in text
+        if (!Place(hunk, engineView, now, start, end, text, regionsAt) || start < at) {
             reason = QStringLiteral("A change could not be placed in the page's source.");
             return 0;
         }
-        out += QStringView(m_source).mid(at, start - at);
+        KeepBytes(out, at, start, written);
+        for (auto r = regionsAt.cbegin(); r != regionsAt.cend(); ++r)
+            written.insert(out.size() + r.key(), r.value());
         out += text;
         at = end;
     }
-    out += QStringView(m_source).mid(at);
-    if (Verify(out, now, reason) != 1)
+    KeepBytes(out, at, m_source.size(), written);
+    if (Verify(out, now, written, reason) != 1)
         return 0;
     result = out.toLatin1();
     return 1;
+}
+
+// The source's bytes from..to go out as they are, with the regions in them.
+void FaithfulSave::KeepBytes(QString &out, qsizetype from, qsizetype to, QHash<qsizetype, quint64> &written) const
+{
+    for (const PageToken &t : m_sourceTokens) {
+        if (t.kind == PageToken::Script && t.start >= from && t.start < to)
+            written.insert(out.size() + t.start - from, t.key);
+    }
+    out += QStringView(m_source).mid(from, to - from);
 }
 
 // The runs of tokens between two lined-up tokens that differ.
@@ -329,7 +354,7 @@ QList<FaithfulSave::Hunk> FaithfulSave::Hunks(const std::vector<int> &match, int
 
 // Where in the source a change goes and what it writes there.
 bool FaithfulSave::Place(const Hunk &hunk, const QString &view, const QList<PageToken> &tokens, qsizetype &start,
-                         qsizetype &end, QString &text) const
+                         qsizetype &end, QString &text, QHash<qsizetype, quint64> &regionsAt) const
 {
     int first = -1;
     int last = -1;
@@ -348,7 +373,7 @@ bool FaithfulSave::Place(const Hunk &hunk, const QString &view, const QList<Page
                             && tokens[hunk.b0].kind == PageToken::StartTag
                             && PageTokenizer::TagName(m_view, was) == PageTokenizer::TagName(view, tokens[hunk.b0]);
         text = oneTag ? Attributes(m_sourceTokens[first], was, view, tokens[hunk.b0])
-                      : NewText(view, tokens, hunk.b0, hunk.b1);
+                      : NewText(view, tokens, hunk.b0, hunk.b1, regionsAt);
         return true;
     }
     start = end = m_source.size();
@@ -366,19 +391,28 @@ bool FaithfulSave::Place(const Hunk &hunk, const QString &view, const QList<Page
             }
         }
     }
-    text = NewText(view, tokens, hunk.b0, hunk.b1);
+    text = NewText(view, tokens, hunk.b0, hunk.b1, regionsAt);
     return true;
 }
 
 // The engine's text of new tokens in the page's charset; script among them
-// is copied from the source.
-QString FaithfulSave::NewText(const QString &view, const QList<PageToken> &tokens, int from, int to) const
+// is copied from the source, or is the text the user gave the region.
+// regionsAt gets where each region starts in the text.
+QString FaithfulSave::NewText(const QString &view, const QList<PageToken> &tokens, int from, int to,
+                              QHash<qsizetype, quint64> &regionsAt) const
 {
     QString text;
     for (int b = from; b < to; ++b) {
         const PageToken &t = tokens[b];
-        const int region = t.kind == PageToken::Script ? m_regionTokens.value(t.key, -1) : -1;
-        if (region >= 0)
+        if (t.kind != PageToken::Script) {
+            text += Encoded(view.mid(t.start, t.end - t.start));
+            continue;
+        }
+        const int region = m_regionTokens.value(t.key, -1);
+        regionsAt.insert(text.size(), t.key);
+        if (m_texts.contains(t.key))
+            text += m_texts.value(t.key);
+        else if (region >= 0)
             text += QStringView(m_source).mid(m_sourceTokens[region].start, m_sourceTokens[region].end - m_sourceTokens[region].start);
         else
             text += Encoded(view.mid(t.start, t.end - t.start));
@@ -439,29 +473,6 @@ QString FaithfulSave::Encoded(const QString &characters) const
     return QString::fromLatin1(CPageEncoding::EncodeAs(characters, m_charset));
 }
 
-// The regions of the result are numbered by their place, so a pasted copy
-// shifts the numbers of those behind it; in the page each copy carries the
-// mark of the block it was copied from. A region of the result whose text
-// is that of a block of the source is keyed as that block, the one of the
-// same number when both match.
-void FaithfulSave::KeyCopies(const QString &result, QList<PageToken> &tokens) const
-{
-    QHash<QString, quint64> keyOfText;
-    for (const PageToken &t : m_sourceTokens)
-        if (t.kind == PageToken::Script && !keyOfText.contains(m_source.mid(t.start, t.end - t.start)))
-            keyOfText.insert(m_source.mid(t.start, t.end - t.start), t.key);
-    for (PageToken &t : tokens) {
-        if (t.kind != PageToken::Script)
-            continue;
-        const QString text = result.mid(t.start, t.end - t.start);
-        const int same = m_regionTokens.value(t.key, -1);
-        const bool ownMatches = same >= 0
-            && QStringView(m_source).mid(m_sourceTokens[same].start, m_sourceTokens[same].end - m_sourceTokens[same].start) == text;
-        if (!ownMatches)
-            t.key = keyOfText.value(text, t.key);
-    }
-}
-
 void FaithfulSave::AllowCopyOf(int region)
 {
     const int token = m_regionTokens.value(RegionKey(region), -1);
@@ -471,19 +482,75 @@ void FaithfulSave::AllowCopyOf(int region)
     m_copies.append(ScriptGuard::Pieces(QStringView(m_source).mid(t.start, t.end - t.start)));
 }
 
-// The result keeps the script, and lines up with what the user sees at
-// least as well as the original lined up with what he saw at Edit.
-long FaithfulSave::Verify(const QString &result, const QList<PageToken> &view, QString &reason) const
+QStringList FaithfulSave::RegionSources() const
+{
+    QStringList sources;
+    for (const ScriptRegion &r : m_regions)
+        sources.append(CPageEncoding::DecodeAs(m_original.mid(r.start, r.end - r.start), m_charset));
+    return sources;
+}
+
+void FaithfulSave::SetRegionText(int region, const QString &text)
+{
+    const QString bytes = QString::fromLatin1(CPageEncoding::EncodeAs(text, m_charset));
+    if (region >= m_regions.size())
+        m_copies.append(ScriptGuard::Pieces(bytes));
+    m_texts.insert(RegionKey(region), bytes);
+}
+
+// The source as the user's edits of regions make it: what the outgoing
+// script is held against.
+QString FaithfulSave::Expected() const
+{
+    QString expected = m_source;
+    for (qsizetype s = m_sourceTokens.size() - 1; s >= 0; --s) {
+        const PageToken &t = m_sourceTokens[s];
+        if (t.kind == PageToken::Script && m_texts.contains(t.key))
+            expected.replace(t.start, t.end - t.start, m_texts.value(t.key));
+    }
+    return expected;
+}
+
+// The script of the marked regions that no longer stand in the page.
+QStringList FaithfulSave::Deleted(const QList<PageToken> &view) const
+{
+    QSet<quint64> shown;
+    for (const PageToken &t : view) {
+        if (t.kind == PageToken::Script)
+            shown.insert(t.key);
+    }
+    QStringList gone;
+    for (int k = 0; k < m_regions.size(); ++k) {
+        const quint64 key = RegionKey(k);
+        if (!m_regions[k].marked || shown.contains(key))
+            continue;
+        const int token = m_regionTokens.value(key, -1);
+        if (token < 0)
+            continue;
+        const PageToken &t = m_sourceTokens[token];
+        gone.append(ScriptGuard::Pieces(m_texts.contains(key) ? m_texts.value(key) : m_source.mid(t.start, t.end - t.start)));
+    }
+    return gone;
+}
+
+// The result keeps the script, changed only as the user changed it, and
+// lines up with what the user sees at least as well as the original lined
+// up with what he saw at Edit. Its regions are keyed by where they were
+// written, so a copy is told from its original.
+long FaithfulSave::Verify(const QString &result, const QList<PageToken> &view, const QHash<qsizetype, quint64> &written,
+                          QString &reason) const
 {
     QString difference;
-    if (!ScriptGuard::Keeps(m_source, result, difference, m_copies)) {
+    if (!ScriptGuard::Keeps(Expected(), result, difference, m_copies, Deleted(view))) {
         reason = QStringLiteral("The page's server script would not have come back as it was (%1).").arg(difference);
         return 0;
     }
     QList<ScriptRegion> regions;
     QList<PageToken> tokens = SourceTokens(result, regions);
-    if (!m_copies.isEmpty())
-        KeyCopies(result, tokens);
+    for (PageToken &t : tokens) {
+        if (t.kind == PageToken::Script)
+            t.key = written.value(t.start, t.key);
+    }
     const std::vector<int> match = LineUp(view, tokens);
     if (Unmatched(match, size_t(tokens.size())) > m_baseline) {
         reason = QStringLiteral("The change could not be placed in the page's source exactly.");

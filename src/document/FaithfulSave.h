@@ -54,6 +54,16 @@ public:
     // in the page once more, as a copy of the source's block.
     void AllowCopyOf(int region);
 
+    // The source of each script region as the page's charset reads it, by
+    // region number (its marks carry twice the number).
+    QStringList RegionSources() const;
+    // The user's deliberate change of a region: its source edited by hand,
+    // or, under a number beyond the page's regions, a pasted copy that is a
+    // block of its own. Save writes the text there, and the guard expects
+    // it there and nowhere else. A region whose marks left the page was
+    // deleted by the user; its script is expected to be gone.
+    void SetRegionText(int region, const QString &text);
+
     bool IsPrepared() const { return m_prepared; }
     bool HasScript() const { return !m_regions.isEmpty(); }
     const QByteArray &Original() const { return m_original; }
@@ -76,22 +86,27 @@ private:
     static std::vector<quint64> Keys(const QList<PageToken> &tokens);
     static int Unmatched(const std::vector<int> &match, size_t otherSize);
     long CheckRegions(QString &reason) const;
-    void KeyCopies(const QString &result, QList<PageToken> &tokens) const;
+    void KeepBytes(QString &out, qsizetype from, qsizetype to, QHash<qsizetype, quint64> &written) const;
+    QString Expected() const;
+    QStringList Deleted(const QList<PageToken> &view) const;
     long CheckMapping(QString &reason) const;
     static QList<Hunk> Hunks(const std::vector<int> &match, int sizeA, int sizeB);
     bool Place(const Hunk &hunk, const QString &view, const QList<PageToken> &tokens, qsizetype &start,
-               qsizetype &end, QString &text) const;
-    QString NewText(const QString &view, const QList<PageToken> &tokens, int from, int to) const;
+               qsizetype &end, QString &text, QHash<qsizetype, quint64> &regionsAt) const;
+    QString NewText(const QString &view, const QList<PageToken> &tokens, int from, int to,
+                    QHash<qsizetype, quint64> &regionsAt) const;
     QString Attributes(const PageToken &source, const PageToken &before, const QString &view,
                        const PageToken &after) const;
     QString Encoded(const QString &characters) const;
-    long Verify(const QString &result, const QList<PageToken> &view, QString &reason) const;
+    long Verify(const QString &result, const QList<PageToken> &view, const QHash<qsizetype, quint64> &written,
+                QString &reason) const;
     int LineOf(qsizetype position) const;
 
     bool m_prepared = false;
     QByteArray m_original;
     QString m_charset;
     QStringList m_copies; // script pieces the user pasted again
+    QHash<quint64, QString> m_texts; // a region's key to the text the user gave it
     QString m_source; // the original, one character per byte
     QList<ScriptRegion> m_regions;
     QList<PageToken> m_sourceTokens;

@@ -177,3 +177,35 @@ TEST(FaithfulSave, DuplicatedScriptIsRefusedAtSave)
     ASSERT_EQ(save.Splice(atSave, out, reason), 1) << reason.toStdString();
     EXPECT_EQ(out, "<HTML><BODY><P id=a><%= a %></P><P id=k><%= a %></P></BODY></HTML>");
 }
+
+// The user's deliberate changes of blocks in one save: a block's source
+// edited by hand, a copy pasted as a block of its own, and a block
+// deleted. The guard expects exactly these; a deleted block's script may
+// go only once.
+TEST(FaithfulSave, EditedCopiedAndDeletedBlocksAreWrittenAsTheUserLeftThem)
+{
+    const QByteArray source = "<HTML><BODY><P id=a><%= a %></P><P id=b><%= b %></P><P id=k>Edit me</P></BODY></HTML>";
+    const QString atEdit = QStringLiteral("<html><head></head><body><p id=\"a\"><!--keldaspIN#00000-->1<!--keldaspOUT#00000--></p>"
+                                          "<p id=\"b\"><!--keldaspIN#00002-->2<!--keldaspOUT#00002--></p>"
+                                          "<p id=\"k\">Edit me</p></body></html>");
+    QString atSave = atEdit;
+    atSave.replace(QStringLiteral("<!--keldaspIN#00002-->2<!--keldaspOUT#00002-->"), QString());
+    atSave.replace(QStringLiteral("Edit me"), QStringLiteral("Edit <!--keldaspIN#00004-->1<!--keldaspOUT#00004-->me"));
+    FaithfulSave save;
+    QString reason;
+    ASSERT_EQ(save.Prepare(source, atEdit, reason), 1) << reason.toStdString();
+    EXPECT_EQ(save.RegionSources(), QStringList({QStringLiteral("<%= a %>"), QStringLiteral("<%= b %>")}));
+    QByteArray out;
+    // A block the save wasn't told of is refused: its source is unknown.
+    EXPECT_EQ(save.Splice(atSave, out, reason), 0);
+    const QString edited = QStringLiteral("<%= a & \"!\" %>");
+    save.SetRegionText(0, edited);
+    save.SetRegionText(2, edited);
+    ASSERT_EQ(save.Splice(atSave, out, reason), 1) << reason.toStdString();
+    EXPECT_EQ(out, "<HTML><BODY><P id=a><%= a & \"!\" %></P><P id=b></P><P id=k>Edit <%= a & \"!\" %>me</P></BODY></HTML>");
+
+    QString difference;
+    const QString original = QStringLiteral("<%= b %><p>x</p><%= b %>");
+    EXPECT_TRUE(ScriptGuard::Keeps(original, QStringLiteral("<p>x</p><%= b %>"), difference, {}, {QStringLiteral("<%= b %>")}));
+    EXPECT_FALSE(ScriptGuard::Keeps(original, QStringLiteral("<p>x</p>"), difference, {}, {QStringLiteral("<%= b %>")}));
+}
