@@ -25,17 +25,18 @@ QString SourceSearch::Error() const
     return m_pattern.isValid() ? QString() : m_pattern.errorString();
 }
 
-SourceSearch::Hit SourceSearch::Next(const QString &text, qsizetype from) const
+std::vector<SourceSearch::Hit> SourceSearch::Hits(const QString &text) const
 {
+    std::vector<Hit> hits;
     if (!IsValid())
-        return {};
-    QRegularExpressionMatchIterator it = m_pattern.globalMatch(text, from);
+        return hits;
+    QRegularExpressionMatchIterator it = m_pattern.globalMatch(text);
     while (it.hasNext()) {
         QRegularExpressionMatch match = it.next();
         if (match.capturedLength() > 0)
-            return {match.capturedStart(), match.capturedLength(), match};
+            hits.push_back({match.capturedStart(), match.capturedLength(), match});
     }
-    return {};
+    return hits;
 }
 
 QString SourceSearch::Replacement(const Hit &hit, const QString &replaceWith) const

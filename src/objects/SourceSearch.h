@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QString>
 
+#include <vector>
+
 // One search of the source editor: the word as typed, plain or as a
 // regular expression, with or without case, as a whole word or anywhere.
 class SourceSearch
@@ -20,7 +22,6 @@ public:
         qsizetype start = -1;
         qsizetype length = 0;
         QRegularExpressionMatch match;
-        bool found() const { return start >= 0; }
     };
 
     SourceSearch(const QString &word, Options options);
@@ -30,9 +31,11 @@ public:
     bool IsValid() const;
     QString Error() const;
 
-    // The first hit at or behind from. A match of no characters (a pattern
-    // like "x*") is no hit: there is nothing to show or replace.
-    Hit Next(const QString &text, qsizetype from) const;
+    // Every hit in the text, in order, none overlapping. A match of no
+    // characters (a pattern like "x*") is no hit: there is nothing to show
+    // or replace. One pass: a search started anew at each hit would check
+    // the whole text again each time.
+    std::vector<Hit> Hits(const QString &text) const;
 
     // What a hit is replaced by: the text as typed, or for a regular
     // expression with $1 ... $9 standing for its groups ($$ for a dollar).

@@ -335,9 +335,8 @@ long frmDocumentInnerHTML::cmdFindWord_Click()
     const SourceSearch search = searchOf(m_txtWordToFind, m_chkMatchCase, m_chkWholeWord, m_chkRegularExpression);
     if (!Usable(search))
         return -1;
-    const QString text = BoxText();
     long hits = 0;
-    for (auto hit = search.Next(text, 0); hit.found(); hit = search.Next(text, hit.start + hit.length)) {
+    for (const SourceSearch::Hit &hit : search.Hits(BoxText())) {
         ++hits;
         Select(hit.start, hit.length);
         if (Q::MsgBox(L(txtSearchNext), Q::vbYesNo | Q::vbQuestion, L(txtSearchWord)) != Q::vbYes)
@@ -347,8 +346,8 @@ long frmDocumentInnerHTML::cmdFindWord_Click()
     return hits;
 }
 
-// The search runs over the text as it was when the button was pressed;
-// every replacement lies before the point it goes on from, so the box's
+// The hits are those of the text as it was when the button was pressed;
+// every replacement lies before the hit under question, so the box's
 // position of a hit is its position in that text moved by what the
 // replacements so far added or took away.
 long frmDocumentInnerHTML::cmdReplace_Click()
@@ -356,10 +355,9 @@ long frmDocumentInnerHTML::cmdReplace_Click()
     const SourceSearch search = searchOf(m_txtWordToFind, m_chkMatchCase, m_chkWholeWord, m_chkRegularExpression);
     if (!Usable(search))
         return -1;
-    const QString text = BoxText();
     long hits = 0;
     qsizetype shift = 0;
-    for (auto hit = search.Next(text, 0); hit.found(); hit = search.Next(text, hit.start + hit.length)) {
+    for (const SourceSearch::Hit &hit : search.Hits(BoxText())) {
         ++hits;
         Select(hit.start + shift, hit.length);
         const long answer = Q::MsgBox(L(txtReplaceQuestion), Q::vbYesNoCancel | Q::vbQuestion, L(txtReplaceWord));
@@ -382,10 +380,7 @@ long frmDocumentInnerHTML::cmdReplaceAll_Click()
     const SourceSearch search = searchOf(m_txtWordToFind, m_chkMatchCase, m_chkWholeWord, m_chkRegularExpression);
     if (!Usable(search))
         return -1;
-    const QString text = BoxText();
-    std::vector<SourceSearch::Hit> hits;
-    for (auto hit = search.Next(text, 0); hit.found(); hit = search.Next(text, hit.start + hit.length))
-        hits.push_back(hit);
+    const std::vector<SourceSearch::Hit> hits = search.Hits(BoxText());
     const QString replaceWith = m_txtReplace->text();
     QTextCursor cursor(m_rtfInnerHTML->document());
     cursor.beginEditBlock();
