@@ -1,5 +1,6 @@
 #include "document/CDocument.h"
 
+#include "aspfilter/ASPMarkers.h"
 #include "aspfilter/CASPFilter.h"
 #include "cms/CMSLockCommands.h"
 #include "cms/CMSTables.h"
@@ -17,6 +18,7 @@
 #include "history/CRollback.h"
 #include "objects/AppletPlaceholders.h"
 #include "objects/CHTMLImg.h"
+#include "objects/CSPANASP.h"
 #include "objects/CVisibility.h"
 #include "objects/ctlVisibility.h"
 #include "objects/frmDocumentInnerHTML.h"
@@ -263,12 +265,39 @@ void CDocument::ReadFrames()
     m_boolIsIFrame = m_boolIsNotFrameset && !m_Document.getElementsByTagName(QStringLiteral("IFRAME")).isEmpty();
 }
 
-// The script's output can't be edited: it is sealed in the page.
+// The script's output can't be edited: it is sealed in the page. The
+// filter holds the blocks' sources, as the file has them, for the dialog
+// that edits them.
 long CDocument::SetASPFilter(CASPFilter *CASPFilter_p)
 {
     m_ASPFilter = CASPFilter_p;
     m_boolIsASP = true;
-    return m_Document.sealScript() >= 0 ? 1 : 0;
+    if (m_ASPFilter && m_Faithful.IsPrepared())
+        m_ASPFilter->LetBlocks(m_Faithful.RegionSources());
+    return SealASPBlocks();
+}
+
+long CDocument::SealASPBlocks()
+{
+    QStringList ids;
+    if (m_Document.sealScript(&ids) < 0)
+        return 0;
+    m_aSPANASP.clear();
+    for (const QString &id : ids) {
+        auto span = std::make_unique<CSPANASP>();
+        span->Init(id, m_DocEventHandler, m_frmVindrell, this);
+        m_aSPANASP.push_back(std::move(span));
+    }
+    return 1;
+}
+
+CSPANASP *CDocument::ASPSpan(const QString &strMarker_p) const
+{
+    for (const auto &span : m_aSPANASP) {
+        if (span->Marker() == strMarker_p)
+            return span.get();
+    }
+    return nullptr;
 }
 
 long CDocument::KeepSource(const QByteArray &original)
@@ -646,6 +675,7 @@ long CDocument::MakeWholePageText(QByteArray &bytes)
 // is sent and the user keeps his page open with his changes in it.
 long CDocument::MakeASPText(QByteArray &bytes)
 {
+    ApplyASPEdits();
     QString reason = m_strRefusal;
     if (!m_Faithful.IsPrepared() || m_Faithful.Splice(m_Document.snapshot(), bytes, reason) != 1) {
         MError::SetError(kScriptNotKept, MResources::LoadResourceString(kMsgScriptNotKept) + QStringLiteral("\r\n\r\n") + reason,
@@ -654,6 +684,22 @@ long CDocument::MakeASPText(QByteArray &bytes)
     }
     m_strLastSaved = CPageEncoding::DecodeAs(bytes, m_Faithful.Charset());
     return 1;
+}
+
+// The blocks the user gave a new source, and the copies he pasted, go to
+// the save as the filter holds them. A block whose text is the file's own
+// is left to keep its bytes.
+void CDocument::ApplyASPEdits()
+{
+    if (!m_ASPFilter || !m_Faithful.IsPrepared())
+        return;
+    const QStringList sources = m_Faithful.RegionSources();
+    for (long id = 0; id <= m_ASPFilter->GetLastASPPos(); id += 2) {
+        QString text;
+        const int region = int(id / 2);
+        if (m_ASPFilter->GetASP(ASPMarkers::FormatID(id), text) == 1 && (region >= sources.size() || text != sources[region]))
+            m_Faithful.SetRegionText(region, text);
+    }
 }
 
 // What stands on the server is kept as a revision before it is replaced.

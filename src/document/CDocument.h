@@ -12,6 +12,7 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 class CASPFilter;
 class CFTPS;
@@ -20,6 +21,7 @@ struct StylePaneState;
 struct SiteRecord;
 class CDocEventHandler;
 class CIHTMLObject;
+class CSPANASP;
 class CVisibility;
 class QWidget;
 class WebBrowser;
@@ -125,8 +127,17 @@ public:
     long Redo();
     long GetUndoRedo(bool &boolCanUndo_p, bool &boolCanRedo_p) const;
     // The copy of the script block whose start mark is given goes in at
-    // the caret: 1, -1 when the page has no such block, 0 failed.
+    // the caret, as a block of its own: 1, -1 when the page has no such
+    // block, 0 failed.
     long PasteASPObject(const QString &strMarker_p);
+    // Blocks whose marks stand in the page twice since a paste: each copy
+    // gets the next free number and its own entry in the filter, with the
+    // source of the block it copies, and is sealed like the others. 1, or
+    // 0 with the error pending.
+    long ResolvePastedASP();
+    CASPFilter *ASPFilter() const { return m_ASPFilter; }
+    // The block whose start mark is given, or nullptr.
+    CSPANASP *ASPSpan(const QString &strMarker_p) const;
 
 private:
     long InitDocument(CDocEventHandler *handler);
@@ -155,6 +166,8 @@ private:
     long MakePageText(QByteArray &bytes);
     long MakeWholePageText(QByteArray &bytes);
     long MakeASPText(QByteArray &bytes);
+    void ApplyASPEdits();
+    long SealASPBlocks();
     long SendSaved(const QByteArray &bytes);
     long SaveFailed(long line, long number = 0, const QString &description = QString());
     static QString SavePosition(const QString &path, long line);
@@ -177,6 +190,7 @@ private:
     QVariant m_vFrameBorder;
     QString m_strURL;
     CASPFilter *m_ASPFilter = nullptr;
+    std::vector<std::unique_ptr<CSPANASP>> m_aSPANASP; // one per script block in the page
     QString m_strOriginalASP;
     QString m_strLastSaved;
     QString m_strSavePath; // the server path of the save under way

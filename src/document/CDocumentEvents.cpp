@@ -6,7 +6,7 @@
 
 #include "document/CDocument.h"
 
-#include "aspfilter/ScriptRegions.h"
+#include "aspfilter/CASPFilter.h"
 #include "document/StylePaneState.h"
 #include "platform/HtmlSelection.h"
 #include "platform/PageEvent.h"
@@ -187,7 +187,7 @@ long CDocument::GetUndoRedo(bool &boolCanUndo_p, bool &boolCanRedo_p) const
 
 // A script block copied in this program comes back as a block: the copy of
 // its output between its marks goes in at the caret, sealed like the
-// original, and the save writes the block's source there too.
+// original, and becomes a block of its own with the same source.
 long CDocument::PasteASPObject(const QString &strMarker_p)
 {
     const QString handler = QStringLiteral("PasteASPObject");
@@ -196,9 +196,28 @@ long CDocument::PasteASPObject(const QString &strMarker_p)
         return 0;
     if (pasted != 1)
         return -1;
-    bool opening = false;
-    m_Faithful.AllowCopyOf(ScriptRegions::MarkerIndex(strMarker_p, opening));
-    m_Document.sealScript();
     m_boolDirty = true;
-    return 1;
+    return ResolvePastedASP();
+}
+
+// The copy keeps the source its block has now, also one the user edited
+// before he copied it.
+long CDocument::ResolvePastedASP()
+{
+    if (!m_ASPFilter)
+        return 1;
+    const QVariantList pairs = CallEvents(m_Document, QStringLiteral("renumberCopies"), {qlonglong(m_ASPFilter->GetLastASPPos() + 2)},
+                                          EventPosition(QStringLiteral("ResolvePastedASP")))
+                                   .toList();
+    if (MError::ErrorNumber() != 0)
+        return 0;
+    for (const QVariant &pair : pairs) {
+        const QStringList ids = pair.toStringList();
+        QString text;
+        m_ASPFilter->GetASP(ids.value(0), text);
+        if (m_ASPFilter->CopyASPObject(ids.value(0).toLong(), ids.value(1).toLong()) != 1)
+            return 0;
+        m_ASPFilter->SetASP(ids.value(1), text);
+    }
+    return SealASPBlocks();
 }

@@ -1,15 +1,19 @@
 #include "objects/ContextMenuDispatcher.h"
 
+#include "aspfilter/ASPMarkers.h"
 #include "document/CDocument.h"
 #include "objects/CFPHoover.h"
 #include "objects/CHTMLArea.h"
 #include "objects/CHTMLText.h"
 #include "objects/CIHTMLObject.h"
 #include "objects/CPoHTMLobject.h"
+#include "objects/CSPANASP.h"
 #include "objects/frmEditCombo.h"
 #include "support/MError.h"
 
 #include <QSet>
+
+#include <cstring>
 
 namespace {
 
@@ -45,6 +49,8 @@ ContextMenuDispatcher::Target ContextMenuDispatcher::Decide(int x, int y)
     m_point = target.value(QStringLiteral("point")).toMap();
     if (target.isEmpty())
         return Target::Nothing;
+    if (!Block().isEmpty())
+        return Target::ASPObject;
     return target.value(QStringLiteral("type")).toString() == QLatin1String("Control") ? DecideControl() : DecideText();
 }
 
@@ -88,8 +94,6 @@ long ContextMenuDispatcher::Dispatch(int x, int y)
     return 0;
 }
 
-// The rows whose objects come with later commands (script pieces) show
-// nothing yet.
 long ContextMenuDispatcher::Run(Target target, int x, int y)
 {
     HtmlDocument page;
@@ -110,9 +114,30 @@ long ContextMenuDispatcher::Run(Target target, int x, int y)
         return EditCombo(control, page);
     case Target::Text:
         return CHTMLText().Init(&m_Document, x, y);
+    case Target::ASPObject:
+        return EditASP();
     default:
         return 1;
     }
+}
+
+// The start mark of the script block under the pointer or picked.
+QString ContextMenuDispatcher::Block() const
+{
+    const QString point = m_point.value(QStringLiteral("block")).toString();
+    return point.isEmpty() ? m_control.value(QStringLiteral("block")).toString() : point;
+}
+
+// A block the document doesn't hold (a script piece marked otherwise) is
+// asked of the filter all the same, which says it can't be read.
+long ContextMenuDispatcher::EditASP()
+{
+    const QString marker = Block();
+    if (CSPANASP *span = m_Document.ASPSpan(marker))
+        return span->OnContextMenu();
+    CSPANASP stray;
+    stray.Init(marker.mid(qsizetype(std::strlen(ASPMarkers::StartMarker))), nullptr, nullptr, &m_Document);
+    return stray.OnContextMenu();
 }
 
 // The options of the list are edited in their dialog; OK changes the page.

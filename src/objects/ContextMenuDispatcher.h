@@ -39,6 +39,8 @@ private:
     Target DecideText() const;
     long Run(Target target, int x, int y);
     long EditCombo(const HtmlElement &select, const HtmlDocument &page);
+    QString Block() const;
+    long EditASP();
 
     CDocument &m_Document;
     QVariantMap m_control;

@@ -60,6 +60,9 @@ long PageClipboardPaste::Paste(CDocument &document)
             return TooLarge(fragment.size());
         FragmentAddresses::ConvertAbsoluteURL(fragment, source, page.URL());
         result = Insert(page, fragment, false);
+        // HTML copied from this page may carry a block's marks.
+        if (result == 1 && document.IsASPDocument() && document.ResolvePastedASP() != 1)
+            return 0;
     } else {
         const QMimeData *data = QGuiApplication::clipboard()->mimeData();
         const QString text = data ? data->text() : QString();

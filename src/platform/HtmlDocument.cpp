@@ -181,10 +181,14 @@ QString HtmlDocument::snapshot() const
     return call(QStringLiteral("doc.snapshot"), {}, QStringLiteral("HtmlDocument.snapshot")).toString();
 }
 
-long HtmlDocument::sealScript()
+long HtmlDocument::sealScript(QStringList *ids)
 {
     const QVariant n = call(QStringLiteral("doc.sealScript"), {}, QStringLiteral("HtmlDocument.sealScript"));
-    return n.isValid() ? n.toLongLong() : -1;
+    if (!n.isValid())
+        return -1;
+    if (ids)
+        *ids = n.toStringList();
+    return n.toList().size();
 }
 
 long HtmlDocument::setAttributeOnTags(const QString &tag, const QString &name, const QString &value)

@@ -81,8 +81,9 @@ public:
     // element too: what the save lines up with the page's source.
     QString snapshot() const;
     // Makes the output of server script between its marker comments
-    // read-only; gives the count of stretches, or -1.
-    long sealScript();
+    // read-only, each block with its look; gives the count of stretches,
+    // or -1. ids gets the blocks' numbers.
+    long sealScript(QStringList *ids = nullptr);
 
     // What a right click at the point falls on: "type" of the selection,
     // and "control" and "point" (the picked control, the element under the

@@ -96,9 +96,10 @@
     },
     // Server script's output stands between two marker comments. None of it
     // may be edited: the elements in it are made read-only, and an input
-    // whose range reaches into it is refused before the engine acts.
+    // whose range reaches into it is refused before the engine acts. Each
+    // block gets the look of one sealed object; its number comes back.
     sealScript(path) {
-      const d = docAt(path), seals = [];
+      const d = docAt(path), seals = [], blocks = new Map();
       const walker = d.createTreeWalker(d, NodeFilter.SHOW_COMMENT);
       const open = new Map();
       for (let c = walker.nextNode(); c; c = walker.nextNode()) {
@@ -110,15 +111,28 @@
         const r = d.createRange();
         r.setStartAfter(start); r.setEndBefore(c);
         seals.push(r);
+        blocks.set(m[2], [start, c]);
         const all = r.commonAncestorContainer.nodeType === 1
           ? r.commonAncestorContainer.querySelectorAll('*') : [];
+        const inside = new Set();
         for (const e of all) {
-          if (r.intersectsNode(e) && r.comparePoint(e, 0) === 0 && r.comparePoint(e, e.childNodes.length) === 0)
+          if (r.intersectsNode(e) && r.comparePoint(e, 0) === 0 && r.comparePoint(e, e.childNodes.length) === 0) {
             e.setAttribute('contenteditable', 'false');
+            inside.add(e);
+          }
         }
+        K.markBlock(d, start, c, m[2], inside);
       }
       const w = winOf(d);
       w.__keldaSeals = seals;
+      w.__keldaBlocks = blocks;
+      // The block's look: the output inverted on cyan, so it shows red with
+      // its colours turned, as script blocks have always looked in this
+      // editor. The inversion keeps it apart from the author's own text
+      // whatever colours the page uses, pictures in the output included.
+      // It can't be picked up by dragging; a click picks it whole.
+      K.look.styleFor(d, '__kelda_asp').textContent =
+        '[data-keldasp]{background-color:cyan!important;filter:invert(1);cursor:default;-webkit-user-select:none;user-select:none}';
       if (!w.__keldaSealed) {
         w.__keldaSealed = true;
         d.addEventListener('beforeinput', function (ev) {
@@ -129,7 +143,7 @@
             if (K.touchesSeal(w, t)) { ev.preventDefault(); return; }
         }, true);
       }
-      return seals.length;
+      return Array.from(blocks.keys());
     },
     styleSheets(path) {
       return Array.prototype.map.call(docAt(path).styleSheets, function (s) {
@@ -349,6 +363,26 @@
       if (inside || touches) return true;
     }
     return false;
+  };
+
+  // The output of one block takes the block's number: its outermost
+  // elements as they stand, its loose text in a span of its own. Where the
+  // two marks stand in different parents only whole elements are marked.
+  K.markBlock = function (d, open, close, id, inside) {
+    const tag = function (e) { e.setAttribute('data-keldasp', id); e.setAttribute('contenteditable', 'false'); };
+    if (open.parentNode !== close.parentNode) {
+      for (const e of inside) if (!inside.has(e.parentElement)) tag(e);
+      return;
+    }
+    for (let n = open.nextSibling; n && n !== close; n = n.nextSibling) {
+      if (n.nodeType === 1) { tag(n); continue; }
+      if (n.nodeType !== 3 || !/\S/.test(n.data)) continue;
+      const span = d.createElement('span');
+      tag(span);
+      n.parentNode.insertBefore(span, n);
+      span.appendChild(n);
+      n = span;
+    }
   };
 
   K.range = {

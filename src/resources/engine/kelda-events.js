@@ -117,6 +117,48 @@
   }
   window.addEventListener('keydown', onKeyDown, true);
 
+  // A script block is one object: a press of a mouse button on it picks
+  // it whole, marks included, and the caret never goes into it. Copied,
+  // it goes to the clipboard as its start mark, which a paste in this
+  // program turns into a block of its own.
+  function blockAt(ev) {
+    const d = (ev.target && ev.target.ownerDocument) || document;
+    const e = ev.target && ev.target.nodeType === 1 ? ev.target : (ev.target ? ev.target.parentElement : null);
+    const owner = d.designMode === 'on' && e ? e.closest('[data-keldasp]') : null;
+    const marks = owner && winOf(d).__keldaBlocks ? winOf(d).__keldaBlocks.get(owner.getAttribute('data-keldasp')) : null;
+    return marks ? { d: d, id: owner.getAttribute('data-keldasp'), open: marks[0], close: marks[1] } : null;
+  }
+  function pickBlock(ev) {
+    const b = blockAt(ev);
+    if (!b) return;
+    ev.preventDefault();
+    const r = b.d.createRange(), s = winOf(b.d).getSelection();
+    r.setStartBefore(b.open); r.setEndAfter(b.close);
+    s.removeAllRanges(); s.addRange(r);
+  }
+  window.addEventListener('mousedown', pickBlock, true);
+  window.addEventListener('selectstart', function (ev) { if (blockAt(ev)) ev.preventDefault(); }, true);
+  window.addEventListener('dragstart', function (ev) { if (blockAt(ev)) ev.preventDefault(); }, true);
+  function pickedBlock(d) {
+    const s = winOf(d).getSelection(), blocks = winOf(d).__keldaBlocks;
+    if (!s || s.rangeCount !== 1 || !blocks) return null;
+    const r = s.getRangeAt(0);
+    for (const [id, marks] of blocks) {
+      const whole = d.createRange();
+      whole.setStartBefore(marks[0]); whole.setEndAfter(marks[1]);
+      if (r.compareBoundaryPoints(Range.START_TO_START, whole) === 0 && r.compareBoundaryPoints(Range.END_TO_END, whole) === 0)
+        return id;
+    }
+    return null;
+  }
+  document.addEventListener('copy', function (ev) {
+    const d = (ev.target && ev.target.ownerDocument) || document;
+    const id = d.designMode === 'on' ? pickedBlock(d) : null;
+    if (!id || !ev.clipboardData) return;
+    ev.clipboardData.setData('text/plain', 'keldaspIN#' + id);
+    ev.preventDefault();
+  }, true);
+
   const FORMAT = { P: 1, H1: 2, H2: 3, H3: 4, H4: 5, H5: 6, H6: 7, PRE: 8, OL: 9, UL: 10, DIV: 11 };
   const CLASS_HOLDERS = 'p,span,div,td,table,pre,li,ol,ul,blockquote,form,input,textarea,select,option';
   function caretElement(d) {
@@ -166,6 +208,28 @@
       r.insertNode(copy);
       caretBehind(s, last);
       return 1;
+    },
+    // A block whose marks stand in the page a second time is a pasted copy:
+    // from the second on, each pair of marks takes the next free number,
+    // from `next` on in steps of 2. Gives the pairs [old, new].
+    renumberCopies(path, next) {
+      const d = K.docAt(path), seen = new Set(), done = [];
+      const walker = d.createTreeWalker(d, NodeFilter.SHOW_COMMENT);
+      for (let c = walker.nextNode(); c; c = walker.nextNode()) {
+        const m = /^keldaspIN#(\d{5})$/.exec(c.data);
+        if (!m) continue;
+        if (!seen.has(m[1])) { seen.add(m[1]); continue; }
+        const end = 'keldaspOUT#' + m[1], twin = d.createTreeWalker(d, NodeFilter.SHOW_COMMENT);
+        twin.currentNode = c;
+        let close = twin.nextNode();
+        while (close && close.data !== end) close = twin.nextNode();
+        if (!close) continue;
+        const id = ('0000' + next).slice(-5);
+        c.data = 'keldaspIN#' + id; close.data = 'keldaspOUT#' + id;
+        done.push([m[1], id]);
+        next += 2;
+      }
+      return done;
     }
   };
 })();

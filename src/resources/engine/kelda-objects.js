@@ -51,6 +51,7 @@
     const style = e.style && e.style.getPropertyValue ? (e.getAttribute('style') || '') : '';
     return { h: K.id(e), tag: e.tagName.toUpperCase(), editable: editable(e),
              key: e.getAttribute('keldakey'), keldasp: /(^|;)\s*keldasp\s*:/i.test(style),
+             block: e.closest('[data-keldasp]') ? 'keldaspIN#' + e.closest('[data-keldasp]').getAttribute('data-keldasp') : '',
              code: e.getAttribute('code') || '', input: e.tagName === 'INPUT' || e.tagName === 'TEXTAREA',
              connected: e.isConnected };
   }
