@@ -33,4 +33,8 @@ public:
     virtual long GetDocIndex(long &lIndex_p) = 0;
     virtual long GetForm(QWidget *&frmVindrell_p) = 0;
     virtual long GetPaneStatus(long &lPaneStatus_p) = 0;
+    // The page's source was edited by hand and went to the server: the
+    // other documents are saved and the edit session ends. A host without
+    // a session has nothing to end.
+    virtual long EditASPStop(long /*lEditedDoc_p*/) { return 1; }
 };

@@ -801,8 +801,10 @@ long CDocument::GetDocumentFromServer(QString &strHTMLStream_p)
 }
 
 // The page goes to the server as it stands, and its source, script and
-// all, is offered for editing by hand. What the user writes there replaces
-// the page; if he cancels, the original goes back when edit mode ends.
+// all, is offered for editing by hand: the file's own text with the user's
+// changes so far, as Save wrote it, never the engine's rewriting of it.
+// What the user writes there replaces the page, after a revision; if he
+// cancels a script page, the original goes back when edit mode ends.
 long CDocument::EditAspDocument()
 {
     frmDocumentInnerHTML form(m_frmVindrell);
@@ -814,7 +816,7 @@ long CDocument::EditAspDocument()
     m_boolEditedAsHTML = true;
     QString caption;
     GetURL(caption);
-    form.Init(m_strLastSaved, true, caption);
+    form.Init(m_strLastSaved, m_boolIsASP, caption);
     long result = form.Show();
     if (!form.Cancelled()) {
         m_boolEditedAsHTML = false;

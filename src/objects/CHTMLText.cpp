@@ -4,6 +4,7 @@
 #include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "fileviews/SiteTreeKeys.h"
+#include "document/CDocEventHandler.h"
 #include "document/CDocument.h"
 #include "objects/CHTMLImg.h"
 #include "objects/CHTMLMedia.h"
@@ -15,7 +16,6 @@
 #include "objects/StyleSheetCommand.h"
 #include "objects/TableCommands.h"
 #include "objects/frmColorDropper.h"
-#include "objects/frmDocumentInnerHTML.h"
 #include "objects/frmImgZOrder.h"
 #include "objects/frmMenu.h"
 #include "platform/HtmlSelection.h"
@@ -423,16 +423,23 @@ long CHTMLText::m_mnuDocumentTitle_Click()
     return MError::ErrorNumber() == 0 ? 1 : 0;
 }
 
+// The source the user edits is the page's file with his changes so far,
+// as Save writes it, not the engine's rewriting of the body: what he
+// doesn't touch keeps its bytes. It reaches the server the way Save
+// sends, after a revision. Saving took the page out of editing, so the
+// session ends here, with the other frames saved.
 long CHTMLText::m_mnuEditDocumentByHTML_Click()
 {
-    HtmlElement body = m_HTMLDocument.body();
-    frmDocumentInnerHTML form;
-    form.Init(body.innerHTML(), false, m_HTMLDocument.URL());
-    form.Show();
-    if (form.Cancelled())
-        return -1;
-    body.setInnerHTML(form.Text());
-    return MError::ErrorNumber() == 0 ? 1 : 0;
+    long index = 0;
+    m_Document->GetDocIndex(index);
+    const long edited = m_Document->EditAspDocument();
+    if (edited == 0)
+        return 0;
+    CDocEventHandler *handler = nullptr;
+    m_Document->GetDocumentEventHandler(handler);
+    if (handler)
+        handler->EditASPStop(index);
+    return edited;
 }
 
 long CHTMLText::m_mnuInsertRule_Click()

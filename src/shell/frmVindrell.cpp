@@ -653,3 +653,8 @@ long frmVindrell::GetPaneStatus(long &lPaneStatus_p)
     lPaneStatus_p = m_GUI->OpenPane();
     return 1;
 }
+
+long frmVindrell::EditASPStop(long lEditedDoc_p)
+{
+    return m_session->EditASPStop(lEditedDoc_p);
+}

@@ -103,6 +103,7 @@ public:
     long GetDocIndex(long &lIndex_p) override;
     long GetForm(QWidget *&frmVindrell_p) override;
     long GetPaneStatus(long &lPaneStatus_p) override;
+    long EditASPStop(long lEditedDoc_p) override;
 
     // True once the version was asked for in this process: a second window
     // does not ask again.

@@ -1,10 +1,11 @@
-// A page whose script can't be kept through an edit is edited by hand in
-// the source editor, from the main window, as a user does it: Edit, Yes to
-// editing the code manually, the editor's own search to find the words,
-// typing over them, OK. The page goes to the server by the safe replace,
-// and what stood there before is kept as a revision.
+// The source editor from the main window, as a user uses it: the editor's
+// own search finds the words, he types over them and presses OK. The page
+// goes to the server by the safe replace, and what stood there before is
+// kept as a revision.
 
+#include "MenuPick.h"
 #include "ModalDriver.h"
+#include "PageMouse.h"
 #include "SessionWindow.h"
 #include "objects/frmDocumentInnerHTML.h"
 
@@ -30,9 +31,26 @@ int revisionsHolding(const QByteArray &bytes)
     return n;
 }
 
+// Once the editor is up: notes what it shows, finds "roses" with its
+// search (No at the hit, OK to the count), types over it, presses OK.
+void typeTulipsOverRoses(QWidget *dialog, QString &shown)
+{
+    auto *box = dialog->findChild<QPlainTextEdit *>(QStringLiteral("rtfInnerHTML"));
+    shown = box->toPlainText();
+    dialog->findChild<QLineEdit *>(QStringLiteral("txtWordToFind"))->setText(QStringLiteral("roses"));
+    dialog->findChild<QPushButton *>(QStringLiteral("cmdFindWord"))->click();
+    QTest::keyClicks(box, QStringLiteral("tulips"));
+    dialog->findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+}
+
 class SourceEditByHand : public SessionTest
 {
 protected:
+    void SetUp() override
+    {
+        SessionTest::SetUp();
+        frmDocumentInnerHTML::RunUnderScript(true);
+    }
     void TearDown() override
     {
         frmDocumentInnerHTML::RunUnderScript(false);
@@ -51,18 +69,10 @@ TEST_F(SourceEditByHand, ComplexScriptPageTypedInTheEditorIsSavedAfterARevision)
     servers().writeWebFile(QStringLiteral("byhand.asp"), original);
     ASSERT_EQ(revisionsHolding(original), 0);
 
-    frmDocumentInnerHTML::RunUnderScript(true);
     QString shownInEditor;
-    ModalDriver editor(QStringLiteral("frmDocumentInnerHTML"), [&](QWidget *dialog) {
-        auto *box = dialog->findChild<QPlainTextEdit *>(QStringLiteral("rtfInnerHTML"));
-        shownInEditor = box->toPlainText();
-        dialog->findChild<QLineEdit *>(QStringLiteral("txtWordToFind"))->setText(QStringLiteral("roses"));
-        dialog->findChild<QPushButton *>(QStringLiteral("cmdFindWord"))->click();
-        QTest::keyClicks(box, QStringLiteral("tulips"));
-        dialog->findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-    });
-    // Yes to editing the code by hand; No at the first hit, and OK to the
-    // count of hits.
+    ModalDriver editor(QStringLiteral("frmDocumentInnerHTML"),
+                       [&](QWidget *dialog) { typeTulipsOverRoses(dialog, shownInEditor); });
+    // Yes to editing the code by hand.
     UserQuestions::Script({OK, UserQuestions::vbYes, UserQuestions::vbNo, OK});
     Window w;
     EXPECT_FALSE(w.edit(QStringLiteral("byhand.asp")));
@@ -75,5 +85,41 @@ TEST_F(SourceEditByHand, ComplexScriptPageTypedInTheEditorIsSavedAfterARevision)
     EXPECT_EQ(servers().readWebFile(QStringLiteral("byhand.asp")), typed);
     EXPECT_EQ(revisionsHolding(original), 1) << "what stood there before is a revision";
     EXPECT_FALSE(QFile::exists(servers().webRoot() + QStringLiteral("/byhand.keldabak")));
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
+}
+
+// "Show/edit HTML" in the middle of an edit: the editor shows the page's
+// own file with what the user typed in the page so far (the author's
+// spelling kept, not the engine's), and OK saves what he wrote there.
+TEST_F(SourceEditByHand, ShowEditHtmlShowsTheFileWithTheEditsSoFarAndSavesTheSource)
+{
+    const QByteArray original = "<HTML><HEAD><TITLE>Garden</TITLE></HEAD><BODY>\r\n<p class=news id=text>roses "
+                                "are out</p>\r\n<P id=\"after\">Come and see</P>\r\n</BODY></HTML>\r\n";
+    servers().writeWebFile(QStringLiteral("garden.htm"), original);
+    // The note that the site has no CMS file; No at the hit, OK to the count.
+    UserQuestions::Script({OK, UserQuestions::vbNo, OK});
+    Window w;
+    ASSERT_TRUE(w.editAndType(QStringLiteral("garden.htm"), QStringLiteral("after"), QStringLiteral("zq")));
+
+    QString shownInEditor;
+    ModalDriver editor(QStringLiteral("frmDocumentInnerHTML"),
+                       [&](QWidget *dialog) { typeTulipsOverRoses(dialog, shownInEditor); });
+    HtmlElement text = w.page().getElementById(QStringLiteral("text"));
+    const QPoint at(text.offsetLeft() + 5, text.offsetTop() + 5);
+    MenuPick showHtml(QStringLiteral("mnuEditDocumentByHTML"));
+    for (int attempt = 0; attempt < 20 && !showHtml.shown; ++attempt) {
+        sendRightClick(w.form.browser()->focusProxy(), at);
+        PageScriptCall::pumpUntil([&] { return showHtml.shown; }, 500);
+    }
+    ASSERT_TRUE(showHtml.shown);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return editor.seen == 1 && !w.editing(); }, 10000));
+    EXPECT_TRUE(shownInEditor.contains(QStringLiteral("<p class=news id=text>roses are out</p>\n")))
+        << shownInEditor.toStdString();
+    EXPECT_TRUE(shownInEditor.contains(QStringLiteral("zq"))) << "what was typed in the page";
+
+    const QByteArray saved = servers().readWebFile(QStringLiteral("garden.htm"));
+    EXPECT_TRUE(saved.contains("<p class=news id=text>tulips are out</p>\r\n")) << saved.toStdString();
+    EXPECT_TRUE(saved.contains("zq")) << saved.toStdString();
+    EXPECT_EQ(revisionsHolding(original), 1) << "the page as it stood before the edit";
     EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
