@@ -131,7 +131,10 @@
   function pickBlock(ev) {
     const b = blockAt(ev);
     if (!b) return;
+    // The engine's own press would put a caret there; the page still
+    // takes the keys, for Ctrl+C.
     ev.preventDefault();
+    winOf(b.d).focus();
     const r = b.d.createRange(), s = winOf(b.d).getSelection();
     r.setStartBefore(b.open); r.setEndAfter(b.close);
     s.removeAllRanges(); s.addRange(r);

@@ -4,6 +4,7 @@
 
 #include "ModalDriver.h"
 #include "ObjectPage.h"
+#include "config/MGlobalProjectObjects.h"
 #include "objects/CHTMLImg.h"
 
 #include <QDialog>
@@ -70,7 +71,15 @@ TEST_F(ObjectMenus, EachKindOfClickFindsItsObject)
     EXPECT_EQ(clickAndDecide(QStringLiteral("words")), Target::Text);
     // What the server's script wrote is sealed: no menu at all.
     EXPECT_EQ(clickAndDecide(QStringLiteral("locked")), Target::Nothing);
+    // A piece of server script is its own object; with ASP editing off,
+    // the words that say how to allow it.
+    const long settings = MGlobalProjectObjects::AdvancedUserSettings;
+    MGlobalProjectObjects::AdvancedUserSettings = 0;
     EXPECT_EQ(clickAndDecide(QStringLiteral("script")), Target::ASPObject);
+    MGlobalProjectObjects::AdvancedUserSettings = settings;
+    ASSERT_EQ(UserQuestions::ShownSoFar().size(), 1);
+    EXPECT_TRUE(UserQuestions::ShownSoFar().first().text.startsWith(QStringLiteral("This object contains code written in ASP.")));
+    UserQuestions::Script({});
     EXPECT_EQ(clickAndDecide(QStringLiteral("hover")), Target::HoverButton);
     EXPECT_EQ(clickAndDecide(QStringLiteral("other")), Target::Nothing);
 }

@@ -7,6 +7,7 @@
 
 #include "../fileviews/SiteTreeDriver.h"
 #include "ObjectPage.h"
+#include "config/MGlobalProjectObjects.h"
 #include "fileviews/SiteFileDialogs.h"
 
 #include <QApplication>
@@ -290,10 +291,11 @@ TEST_F(TextMenu, SoundFlashAndVideoGoInAsTheirTagsShownAsBoxesAndUploadedAtSave)
     }
 }
 
-// The menu shows for text the server's script wrote into an editable
-// heading; a caret in that text, and a selection reaching into it, are
-// refused in words, a key typed there does nothing, and the heading keeps
-// its bytes.
+// Text the server's script wrote into an editable heading is the block's
+// own object: a right click on it gives no text menu but the block's (with
+// ASP editing off, the words that say how to allow it). A selection
+// reaching into it is refused in words, a key typed there does nothing,
+// and the heading keeps its bytes.
 TEST_F(TextMenu, InsertsInTextTheServersScriptWroteAreRefused)
 {
     const QString path = QStringLiteral("asp/textmenu.asp");
@@ -307,15 +309,21 @@ TEST_F(TextMenu, InsertsInTextTheServersScriptWroteAreRefused)
     const QString before = head.innerHTML();
     // The middle of the script's text, found as a user sees it.
     const QVariantList at = run(QStringLiteral("(function(){const h = document.getElementById('head'),"
-                                               " t = Array.from(h.childNodes).find(n => n.nodeType === 3 && n.data === 'layout'),"
-                                               " r = document.createRange(); r.selectNodeContents(t);"
+                                               " w = document.createTreeWalker(h, NodeFilter.SHOW_TEXT);"
+                                               " let t = w.nextNode(); while (t && t.data !== 'layout') t = w.nextNode();"
+                                               " const r = document.createRange(); r.selectNodeContents(t);"
                                                " const b = r.getBoundingClientRect(); return [t.data, b.left + b.width / 2,"
                                                " b.top + b.height / 2];})()"))
                                 .toList();
     ASSERT_EQ(at.value(0).toString(), QStringLiteral("layout"));
-    MenuPick rule(QStringLiteral("mnuInsertRule"));
-    ASSERT_TRUE(page.rightClick(QPoint(at.value(1).toInt(), at.value(2).toInt())));
-    EXPECT_TRUE(rule.shown);
+    const long settings = MGlobalProjectObjects::AdvancedUserSettings;
+    MGlobalProjectObjects::AdvancedUserSettings = 0;
+    {
+        MenuPick rule(QStringLiteral("mnuInsertRule"));
+        ASSERT_TRUE(page.rightClick(QPoint(at.value(1).toInt(), at.value(2).toInt())));
+        EXPECT_FALSE(rule.shown);
+    }
+    MGlobalProjectObjects::AdvancedUserSettings = settings;
     // A key typed there is refused by the page's runtime.
     page.keys(Qt::Key_X);
     // Garden and the script's word selected together.
@@ -328,7 +336,10 @@ TEST_F(TextMenu, InsertsInTextTheServersScriptWroteAreRefused)
     const QString sealed = QStringLiteral("MsgBox:The caret stands in a part of the page that the server's script writes, "
                                           "which can't be changed here. Nothing was inserted: click in the text where it "
                                           "is to go and choose the command again.");
-    EXPECT_EQ(shown(), (QStringList{sealed, sealed}));
+    const QString block = QStringLiteral("MsgBox:This object contains code written in ASP. To edit this object you must "
+                                         "enable 'ASP editing' in 'Advanced settings'.\rIf you do not know how to edit "
+                                         "ASP we advise you not to do that.");
+    EXPECT_EQ(shown(), (QStringList{block, sealed}));
     EXPECT_EQ(head.innerHTML().toStdString(), before.toStdString());
     EXPECT_TRUE(page.page().getElementsByTagName(QStringLiteral("HR")).isEmpty());
     EXPECT_TRUE(page.page().getElementsByTagName(QStringLiteral("INPUT")).isEmpty());
