@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -172,6 +173,16 @@ TEST_F(SourceEditor, FindAndReplaceOverALargePageFollowTheAnswers)
     press(&form, "cmdFindWord");
     EXPECT_EQ(lastText(), QStringLiteral("3 hits were found."));
     EXPECT_EQ(box(&form)->textCursor().selectedText(), QStringLiteral("Roses")) << "the hit asked about is selected";
+
+    // Ctrl+G to a line; the status line follows the caret.
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    Q::Script({Q::vbOK});
+    Q::ScriptTexts({QStringLiteral("7")});
+    QTest::keyClick(box(&form), Qt::Key_G, Qt::ControlModifier);
+    EXPECT_EQ(box(&form)->textCursor().blockNumber(), 6);
+    QTest::keyClick(box(&form), Qt::Key_End);
+    EXPECT_EQ(form.findChild<QLabel *>(QStringLiteral("lblStatus"))->text(), QStringLiteral("Line 7 Position 38"));
 
     // Yes, No, Yes, then Cancel: the two replacements stay.
     Q::Script({Q::vbYes, Q::vbNo, Q::vbYes, Q::vbCancel, Q::vbOK});
