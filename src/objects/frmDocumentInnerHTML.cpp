@@ -126,6 +126,8 @@ void frmDocumentInnerHTML::BuildSearchRow(QVBoxLayout *column)
     };
     m_txtWordToFind = field("txtWordToFind", txtFindWhat);
     m_txtReplace = field("txtReplace", txtReplaceWith);
+    // Enter in the search box searches, as in any find box.
+    connect(m_txtWordToFind, &QLineEdit::returnPressed, this, &frmDocumentInnerHTML::cmdFindWord_Click);
     column->addLayout(row);
 
     auto *options = new QHBoxLayout;
