@@ -154,11 +154,38 @@
     }
     return null;
   }
+  // The selection grown to hold whole every block it reaches into; null
+  // when it reaches none.
+  function wholeBlocks(d, sel) {
+    const r = sel.cloneRange(), blocks = winOf(d).__keldaBlocks;
+    let touched = false;
+    for (const [, marks] of blocks || []) {
+      const whole = d.createRange();
+      whole.setStartBefore(marks[0]); whole.setEndAfter(marks[1]);
+      if (whole.compareBoundaryPoints(Range.END_TO_START, r) >= 0 || whole.compareBoundaryPoints(Range.START_TO_END, r) <= 0)
+        continue;
+      touched = true;
+      if (whole.compareBoundaryPoints(Range.START_TO_START, r) < 0) r.setStartBefore(marks[0]);
+      if (whole.compareBoundaryPoints(Range.END_TO_END, r) > 0) r.setEndAfter(marks[1]);
+    }
+    return touched ? r : null;
+  }
+  // A stretch of the page with blocks in it is copied with their marks,
+  // which the engine's own copy leaves out: pasted in this program, each
+  // block in it is a block again, never its output frozen as text.
   document.addEventListener('copy', function (ev) {
-    const d = (ev.target && ev.target.ownerDocument) || document;
-    const id = d.designMode === 'on' ? pickedBlock(d) : null;
-    if (!id || !ev.clipboardData) return;
-    ev.clipboardData.setData('text/plain', 'keldaspIN#' + id);
+    const d = (ev.target && ev.target.ownerDocument) || document, s = winOf(d).getSelection();
+    if (d.designMode !== 'on' || !ev.clipboardData || !s || s.rangeCount !== 1 || s.isCollapsed) return;
+    const id = pickedBlock(d);
+    if (id) {
+      ev.clipboardData.setData('text/plain', 'keldaspIN#' + id);
+      ev.preventDefault();
+      return;
+    }
+    const r = wholeBlocks(d, s.getRangeAt(0));
+    if (!r) return;
+    ev.clipboardData.setData('text/html', K.htmlOf(r));
+    ev.clipboardData.setData('text/plain', r.toString());
     ev.preventDefault();
   }, true);
 

@@ -314,7 +314,9 @@
     for (const type of ['load', 'error'])
       w.addEventListener(type, function (ev) { if (pasted.has(ev.target)) ev.stopImmediatePropagation(); }, true);
   }
-  const RISKY = /<script\b|<iframe\b|<object\b|<embed\b|\son[a-z]+\s*=/i;
+  // The marks of a script block go in only as they are, never through
+  // the engine's insertion, which drops comments.
+  const RISKY = /<script\b|<iframe\b|<object\b|<embed\b|\son[a-z]+\s*=|<!--keldaspIN#/i;
   K.clip = {
     paste(path, html, asText) {
       const d = K.docAt(path), w = winOf(d), s = w.getSelection();

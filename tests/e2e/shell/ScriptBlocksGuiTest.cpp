@@ -48,6 +48,12 @@ struct Page
         // The key's events come back from the page after the key itself.
         PageScriptCall::pumpUntil([] { return false; }, 150);
     }
+    void caretAtEnd(const QString &id) const
+    {
+        js(QStringLiteral("(function(){var r=document.createRange();r.selectNodeContents(document.getElementById('%1'));"
+                          "r.collapse(false);var s=getSelection();s.removeAllRanges();s.addRange(r);return true;})()")
+               .arg(id));
+    }
     // The box of the script's output in the element: left, top, width, height.
     QRect block(const QString &id) const
     {
@@ -115,20 +121,30 @@ TEST_F(ScriptBlocks, ABlockIsPickedWholeKeepsOffTheKeysAndPastesAsABlockOfItsOwn
     page.key(Qt::Key_C, Qt::ControlModifier);
     ASSERT_TRUE(PageScriptCall::pumpUntil([] { return QGuiApplication::clipboard()->text() == QLatin1String("keldaspIN#00000"); }, 3000))
         << QGuiApplication::clipboard()->text().toStdString();
-    page.js(QStringLiteral("(function(){var r=document.createRange();r.selectNodeContents(document.getElementById('text'));"
-                           "r.collapse(false);var s=getSelection();s.removeAllRanges();s.addRange(r);return true;})()"));
+    page.caretAtEnd(QStringLiteral("text"));
     page.key(Qt::Key_V, Qt::ControlModifier);
     ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return page.text(QStringLiteral("text")) == QLatin1String("Paste heretwelve"); }, 5000))
         << page.text(QStringLiteral("text")).toStdString();
     EXPECT_EQ(page.marks(QStringLiteral("text")), QStringLiteral("keldaspIN#00002 keldaspOUT#00002"));
     page.key(Qt::Key_Backspace);
     EXPECT_EQ(page.text(QStringLiteral("text")), QStringLiteral("Paste heretwelve"));
+    // A stretch of text with a block in it brings the block along as a
+    // block, not its output frozen as text.
+    page.js(QStringLiteral("getSelection().selectAllChildren(document.getElementById('price')), true"));
+    QGuiApplication::clipboard()->clear();
+    page.key(Qt::Key_C, Qt::ControlModifier);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([] { return QGuiApplication::clipboard()->text() == QLatin1String("Price twelve EUR"); }, 3000));
+    page.caretAtEnd(QStringLiteral("text"));
+    page.key(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return page.text(QStringLiteral("text")).endsWith(QLatin1String("EUR")); }, 5000))
+        << page.text(QStringLiteral("text")).toStdString();
+    EXPECT_EQ(page.marks(QStringLiteral("text")), QStringLiteral("keldaspIN#00002 keldaspOUT#00002 keldaspIN#00004 keldaspOUT#00004"));
 
     w.pressSave();
     ASSERT_FALSE(w.editing());
     EXPECT_EQ(errorDialogs(), 0) << firstError();
     QByteArray expected = kPage;
-    expected.replace("Paste here", "Paste here<%= \"twelve\" %>");
+    expected.replace("Paste here", "Paste here<%= \"twelve\" %>Price <%= \"twelve\" %> EUR");
     EXPECT_EQ(servers().readWebFile(QStringLiteral("blocks/copy.asp")).toStdString(), expected.toStdString());
 }
 
