@@ -7,6 +7,12 @@
 // memory after the large listing. And the site tree on screen: a folder of
 // 2,000 entries opened in it, with the longest time the window left input
 // waiting meanwhile.
+//
+// "bench_listing list", "batch" or "tree" runs one group alone. Runs of our
+// batches and lftp's take turns, so that a change in the machine's load
+// weighs on both. The local files of the batches go to a temporary folder
+// under $BENCH_LOCAL if set (e.g. /dev/shm, to take a busy disk out of the
+// figures), else under the temporary folder.
 
 #include "DemoSite.h"
 #include "TestEnvironment.h"
@@ -32,21 +38,8 @@ namespace {
 
 constexpr int kEntries = 10000;
 constexpr int kBatchFiles = 500;
-constexpr int kRuns = 3;
+constexpr int kRuns = 5;
 constexpr int kTreeEntries = 2000;
-
-double medianMs(const std::function<void()> &run)
-{
-    std::vector<double> times;
-    for (int i = 0; i < kRuns; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        run();
-        times.push_back(double(timer.nsecsElapsed()) / 1e6);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
 
 double residentMb()
 {
@@ -137,35 +130,40 @@ void printTreeFill(const TestServers &servers)
     std::printf("tree_fill_longest_stall_ms %.1f ms\n", fills[fills.size() / 2].stallMs);
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+// Our run and lftp's taken in turns, so that a change in the machine's
+// load weighs on both alike; the medians of each.
+std::pair<double, double> medianPairMs(const std::function<void()> &ours, const std::function<void()> &theirs)
 {
-    // The tree figure needs a window; without a display it is drawn off screen.
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    TestEnvironment::prepare();
-    TestServers servers;
-    MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers)};
-    MGlobalProjectObjects::lCurrentURL = 0;
-    // "bench_listing tree" gives the tree figures alone, for work on the tree.
-    if (app.arguments().contains(QStringLiteral("tree"))) {
-        printTreeFill(servers);
-        return 0;
+    std::vector<double> a, b;
+    for (int i = 0; i < kRuns; ++i) {
+        for (auto [run, times] : {std::pair{&ours, &a}, std::pair{&theirs, &b}}) {
+            QElapsedTimer timer;
+            timer.start();
+            (*run)();
+            times->push_back(double(timer.nsecsElapsed()) / 1e6);
+        }
     }
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    return {a[a.size() / 2], b[b.size() / 2]};
+}
+
+void printListing(TestServers &servers)
+{
     fillFolder(servers.webRoot() + QStringLiteral("/big"), kEntries, 100);
     const QString key = servers.httpBase() + QStringLiteral("/big");
 
     const double idle = residentMb();
     long entries = 0;
-    const double listMs = medianMs([&] {
-        CFTPS client;
-        DirTreeIndex tree;
-        client.GetDirFiles(tree, servers.httpBase());
-        client.GetDirFiles(tree, key);
-        entries = long(tree.Children(key).size());
-    });
+    const auto [listMs, lftpListMs] = medianPairMs(
+        [&] {
+            CFTPS client;
+            DirTreeIndex tree;
+            client.GetDirFiles(tree, servers.httpBase());
+            client.GetDirFiles(tree, key);
+            entries = long(tree.Children(key).size());
+        },
+        [&] { lftp(servers, QStringLiteral("cls -l www/big")); });
     double listRss = 0;
     {
         CFTPS client;
@@ -176,58 +174,86 @@ int main(int argc, char **argv)
     }
     if (entries != kEntries)
         std::fprintf(stderr, "listed %ld entries of %d\n", entries, kEntries);
-    const double lftpListMs = medianMs([&] { lftp(servers, QStringLiteral("cls -l www/big")); });
+    std::printf("list_ms %.1f ms\n", listMs);
+    std::printf("list_lftp_ms %.1f ms\n", lftpListMs);
+    std::printf("list_ratio %.2f ratio\n", listMs / lftpListMs);
+    std::printf("idle_rss_mb %.1f MB\n", idle);
+    std::printf("list_rss_mb %.1f MB\n", listRss);
+    std::printf("list_rss_above_idle_mb %.1f MB\n", listRss - idle);
+}
 
-    QTemporaryDir local;
+void printBatches(TestServers &servers)
+{
+    QTemporaryDir local(qEnvironmentVariable("BENCH_LOCAL", QDir::tempPath()) + QStringLiteral("/batch-XXXXXX"));
     const QString source = local.filePath(QStringLiteral("source"));
     fillFolder(source, kBatchFiles, 4096);
     const QList<FILEITEM> batch = localBatch(source);
     int run = 0;
-    servers.clearFtpLog();
-    const double upMs = medianMs([&] {
+    const auto upload = [&] {
         const QString target = QStringLiteral("up%1").arg(++run);
         QDir().mkpath(servers.webRoot() + QLatin1Char('/') + target);
         CFTPS client;
         long status = 0;
         if (client.CopyFilesAndFolders(target, batch, status) != 1)
             std::fprintf(stderr, "upload batch failed\n");
-    });
-    const double upCommands = double(servers.ftpLog().size()) / (kRuns * kBatchFiles);
-    const double lftpUpMs = medianMs([&] {
+    };
+    // The commands are counted on a run of their own, outside the clock.
+    servers.clearFtpLog();
+    upload();
+    const double upPerFile = double(servers.ftpLog().size()) / kBatchFiles;
+    const auto [upMs, lftpUpMs] = medianPairMs(upload, [&] {
         lftp(servers, QStringLiteral("mirror -R --parallel=1 %1 www/lup%2").arg(source).arg(++run));
     });
 
     CFTPS lister;
     QList<FILEITEM> remote;
     lister.GetFiles_In_DirEx(QStringLiteral("up1/dummy.htm"), remote);
-    servers.clearFtpLog();
-    const double downMs = medianMs([&] {
+    const auto download = [&] {
         const QString target = local.filePath(QStringLiteral("down%1").arg(++run));
         QDir().mkpath(target);
         CFTPS client;
         long status = 0;
         if (client.DownLoadFilesAndFolders(QStringLiteral("up1/dummy.htm"), remote, target, status) != 1)
             std::fprintf(stderr, "download batch failed\n");
-    });
-    const double downCommands = double(servers.ftpLog().size()) / (kRuns * kBatchFiles);
-    const double lftpDownMs = medianMs([&] {
+    };
+    servers.clearFtpLog();
+    download();
+    const double downPerFile = double(servers.ftpLog().size()) / kBatchFiles;
+    const auto [downMs, lftpDownMs] = medianPairMs(download, [&] {
         lftp(servers, QStringLiteral("mirror --parallel=1 www/up1 %1").arg(local.filePath(QStringLiteral("ldown%1").arg(++run))));
     });
 
-    std::printf("list_ms %.1f ms\n", listMs);
-    std::printf("list_lftp_ms %.1f ms\n", lftpListMs);
-    std::printf("list_ratio %.2f ratio\n", listMs / lftpListMs);
     std::printf("batch_up_ms %.1f ms\n", upMs);
     std::printf("batch_up_lftp_ms %.1f ms\n", lftpUpMs);
     std::printf("batch_up_ratio %.2f ratio\n", upMs / lftpUpMs);
-    std::printf("batch_up_commands_per_file %.2f commands\n", upCommands);
+    std::printf("batch_up_commands_per_file %.2f commands\n", upPerFile);
     std::printf("batch_down_ms %.1f ms\n", downMs);
     std::printf("batch_down_lftp_ms %.1f ms\n", lftpDownMs);
     std::printf("batch_down_ratio %.2f ratio\n", downMs / lftpDownMs);
-    std::printf("batch_down_commands_per_file %.2f commands\n", downCommands);
-    std::printf("idle_rss_mb %.1f MB\n", idle);
-    std::printf("list_rss_mb %.1f MB\n", listRss);
-    std::printf("list_rss_above_idle_mb %.1f MB\n", listRss - idle);
-    printTreeFill(servers);
+    std::printf("batch_down_commands_per_file %.2f commands\n", downPerFile);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // The tree figure needs a window; without a display it is drawn off screen.
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    TestEnvironment::prepare();
+    TestServers servers;
+MGlobalProjectObjects::URLDATA = {demoSiteRecord(servers)};
+    MGlobalProjectObjects::lCurrentURL = 0;
+    // "bench_listing tree" or "batch" gives those figures alone, for work
+    // on one of them.
+    const QStringList parts = app.arguments().mid(1);
+    const auto wanted = [&parts](const char *part) { return parts.isEmpty() || parts.contains(QLatin1String(part)); };
+    if (wanted("list"))
+        printListing(servers);
+    if (wanted("batch"))
+        printBatches(servers);
+    if (wanted("tree"))
+        printTreeFill(servers);
     return 0;
 }

@@ -19,7 +19,12 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
+#include <chrono>
 #include <memory>
+#include <thread>
+
+#include <sys/select.h>
 
 // The state of one call, shared with libcurl's callbacks on the worker thread.
 struct FtpControl::Call
@@ -414,20 +419,32 @@ void FtpControl::resetHandle()
 }
 
 // Drives the call through the object's own multi handle, which keeps the
-// control connection open after the call. libcurl does not always report the
-// socket of an FTP data connection (while it is set up, and while data flows),
-// and its own wait would then sleep up to a second; so the wait is capped at
-// 1 ms. The cost is a cheap wake-up per millisecond during a call.
+// control connection open after the call. libcurl does not always name a
+// socket to wait on: between the server's answer to EPSV/PASV and the start
+// of the data connection it names none, and its own wait would then sleep up
+// to a second. So when it names none, the wait is a short sleep that doubles
+// from 20 microseconds up to 1 ms: on a fast road (a server on the same
+// machine or the same network) that gap is over in tens of microseconds, and
+// a fixed 1 ms there cost a tenth of the time of a small file. When it names
+// a socket, the wait ends as soon as that socket is ready, and is capped at
+// 1 ms all the same for the sockets it does not name while data flows.
 int FtpControl::run()
 {
     auto *multi = static_cast<CURLM *>(m_multi);
     curl_multi_add_handle(multi, m_curl);
     int running = 1;
+    int blindWaits = 0;
     while (running) {
         if (curl_multi_perform(multi, &running) != CURLM_OK)
             break;
-        if (running)
+        if (!running)
+            break;
+        if (NamesASocket(multi)) {
+            blindWaits = 0;
             curl_multi_poll(multi, nullptr, 0, 1, nullptr);
+        } else {
+            std::this_thread::sleep_for(std::chrono::microseconds(std::min(20 << std::min(blindWaits++, 6), 1000)));
+        }
     }
     CURLcode code = CURLE_FAILED_INIT;
     int left = 0;
@@ -436,6 +453,20 @@ int FtpControl::run()
             code = message->data.result;
     curl_multi_remove_handle(multi, m_curl);
     return code;
+}
+
+// Whether libcurl names a socket it waits on. A socket above the select
+// limit is not named: the call then falls back to the short sleeps, which
+// are never longer than the capped wait.
+bool FtpControl::NamesASocket(void *multi)
+{
+    fd_set read, write, error;
+    FD_ZERO(&read);
+    FD_ZERO(&write);
+    FD_ZERO(&error);
+    int highest = -1;
+    curl_multi_fdset(static_cast<CURLM *>(multi), &read, &write, &error, &highest);
+    return highest >= 0;
 }
 
 void FtpControl::post(std::function<void()> event)

@@ -168,6 +168,7 @@ private:
     void post(std::function<void()> event);
     void resetHandle();
     int run();
+    static bool NamesASocket(void *multi);
 
     static QList<FtpControl *> &instances();
     static quint64 s_abortSerial;
