@@ -173,7 +173,8 @@
   // A stretch of the page with blocks in it is copied with their marks,
   // which the engine's own copy leaves out: pasted in this program, each
   // block in it is a block again, never its output frozen as text.
-  document.addEventListener('copy', function (ev) {
+  // A cut is the same copy: the keys can't take a block out of the page.
+  function copyBlocks(ev) {
     const d = (ev.target && ev.target.ownerDocument) || document, s = winOf(d).getSelection();
     if (d.designMode !== 'on' || !ev.clipboardData || !s || s.rangeCount !== 1 || s.isCollapsed) return;
     const id = pickedBlock(d);
@@ -187,7 +188,9 @@
     ev.clipboardData.setData('text/html', K.htmlOf(r));
     ev.clipboardData.setData('text/plain', r.toString());
     ev.preventDefault();
-  }, true);
+  }
+  document.addEventListener('copy', copyBlocks, true);
+  document.addEventListener('cut', copyBlocks, true);
 
   const FORMAT = { P: 1, H1: 2, H2: 3, H3: 4, H4: 5, H5: 6, H6: 7, PRE: 8, OL: 9, UL: 10, DIV: 11 };
   const CLASS_HOLDERS = 'p,span,div,td,table,pre,li,ol,ul,blockquote,form,input,textarea,select,option';
