@@ -6,6 +6,7 @@
 #include "fileviews/LocalFileCount.h"
 #include "fileviews/LocalRoots.h"
 #include "fileviews/MTreeViewTypes.h"
+#include "fileviews/ReplaceFileDialog.h"
 #include "fileviews/ServerFolderPaths.h"
 #include "fileviews/SiteFileDialogs.h"
 #include "fileviews/SiteTreeKeys.h"
@@ -21,6 +22,7 @@
 #include "support/MResources.h"
 #include "support/UserQuestions.h"
 #include "transfer/CFTPS.h"
+#include "transfer/FileBatch.h"
 
 #include <QAction>
 #include <QApplication>
@@ -531,7 +533,11 @@ long CSiteTreeView::DownLoadFilesFromFTP_server(const QString &strKey_p)
     CFTPS ftp;
     long status = 0;
     const bool unfit = DropUnfitNames(items);
-    const long done = ftp.DownLoadFilesAndFolders(SiteTreeKeys::FolderAddress(strKey_p, Root()), items, target, status);
+    // A file of the same name already on the disk is the user's to keep,
+    // replace or keep beside the new one, never passed over in silence.
+    FileBatch batch(ftp);
+    batch.SetExistingFileQuestion(ReplaceFileDialog::ForDownload(m_tvwSiteTree));
+    const long done = batch.DownLoadFilesAndFolders(SiteTreeKeys::FolderAddress(strKey_p, Root()), items, target, status);
     if (done == 0)
         return Fail(QStringLiteral("DownLoadFilesFromFTP_server"));
     if (done == 1 && !unfit && !CaseTwinsUnder(items, target))

@@ -7,6 +7,7 @@
 #include "cms/CMSTables.h"
 #include "config/MGlobalProjectObjects.h"
 #include "fileviews/CSiteTreeView.h"
+#include "fileviews/ReplaceFileDialog.h"
 #include "fileviews/SiteFileDialogs.h"
 #include "support/MError.h"
 #include "support/UserQuestions.h"
@@ -230,15 +231,19 @@ TEST_F(SiteTreeTest, ALocalFolderDroppedOnAFolderGoesUpAndAFolderComesDown)
 
     // A name some local disks can't hold stays on the server, and the user
     // is told that not all came down.
+    // A file already on the disk is asked about: kept beside the new one.
     put(web(QStringLiteral("st/odd:name.htm")), "odd");
     QTemporaryDir target;
-    UserQuestions::Script({UserQuestions::vbYes});
+    put(target.filePath(QStringLiteral("st/page.htm")), "mine");
+    UserQuestions::Script({UserQuestions::vbYes, ReplaceFileDialog::Rename});
     SiteFileDialogs::Script({target.path()});
     hands.pick(QStringLiteral("st"), QStringLiteral("mnuTVFolderCopyFolderToDrive"));
-    EXPECT_EQ(filesBelow(target.path()),
-              QStringList({"st/dropped/inner/two.txt", "st/dropped/one.htm", "st/page.htm", "st/sub/deep.htm"}));
-    ASSERT_EQ(texts().size(), 2);
-    EXPECT_TRUE(texts().at(1).startsWith(QStringLiteral("Not all the files were downloaded.")));
+    EXPECT_EQ(filesBelow(target.path()), QStringList({"st/dropped/inner/two.txt", "st/dropped/one.htm", "st/page (2).htm",
+                                                      "st/page.htm", "st/sub/deep.htm"}));
+    EXPECT_EQ(bytesOf(target.filePath(QStringLiteral("st/page.htm"))), "mine");
+    ASSERT_EQ(texts().size(), 3);
+    EXPECT_TRUE(texts().at(1).contains(QStringLiteral("page.htm")));
+    EXPECT_TRUE(texts().at(2).startsWith(QStringLiteral("Not all the files were downloaded.")));
 }
 
 // The progress window of a folder fetched to disk, and its Cancel pressed
