@@ -293,11 +293,12 @@ long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString
         if (match[i] >= 0 && m_viewTokens[qsizetype(i)].kind == PageToken::Script && m_texts.contains(m_viewTokens[qsizetype(i)].key))
             match[i] = -1;
     }
+    PairTags(match, now, engineView);
     QString out;
     out.reserve(m_source.size() + 1024);
     QHash<qsizetype, quint64> written; // where each region of the result starts, and its key
     qsizetype at = 0;
-    for (const Hunk &hunk : Hunks(match, int(m_viewTokens.size()), int(now.size()))) {
+    for (const Hunk &hunk : Hunks(match, m_viewTokens, now)) {
         qsizetype start = 0;
         qsizetype end = 0;
         QString text;
@@ -329,14 +330,20 @@ void FaithfulSave::KeepBytes(QString &out, qsizetype from, qsizetype to, QHash<q
     out += QStringView(m_source).mid(from, to - from);
 }
 
-// The runs of tokens between two lined-up tokens that differ.
-QList<FaithfulSave::Hunk> FaithfulSave::Hunks(const std::vector<int> &match, int sizeA, int sizeB)
+// The runs of tokens between two lined-up tokens that differ; a pair of
+// tags lined up by name alone is a run of its own.
+QList<FaithfulSave::Hunk> FaithfulSave::Hunks(const std::vector<int> &match, const QList<PageToken> &a,
+                                              const QList<PageToken> &b)
 {
+    const int sizeA = int(a.size());
+    const int sizeB = int(b.size());
     QList<Hunk> hunks;
     int i = 0;
     int j = 0;
     while (i < sizeA || j < sizeB) {
         if (i < sizeA && match[size_t(i)] == j) {
+            if (a[i].key != b[j].key)
+                hunks.append({i, i + 1, j, j + 1});
             ++i;
             ++j;
             continue;
@@ -350,6 +357,37 @@ QList<FaithfulSave::Hunk> FaithfulSave::Hunks(const std::vector<int> &match, int
         j = partner;
     }
     return hunks;
+}
+
+// Inside each run that changed, start tags of the same element are lined
+// up by name: the cell whose attributes and content both changed (a merge
+// sets its span and joins its neighbour's text) then keeps the author's
+// spelling of its tag, with only the changed values written, instead of
+// going out as the engine writes the whole run. Script is never paired
+// this way: a region the user rewrote stays a change of its own.
+void FaithfulSave::PairTags(std::vector<int> &match, const QList<PageToken> &now, const QString &view) const
+{
+    const auto loose = [](const PageToken &t, const QString &text, char side) {
+        if (t.kind == PageToken::Script)
+            return PageTokenizer::TextKey(PageToken::Script, QString(QLatin1Char(side)));
+        if (t.kind == PageToken::StartTag)
+            return PageTokenizer::TextKey(PageToken::StartTag, u'\x02' + PageTokenizer::TagName(text, t));
+        return t.key;
+    };
+    for (const Hunk &hunk : Hunks(match, m_viewTokens, now)) {
+        if (hunk.a0 == hunk.a1 || hunk.b0 == hunk.b1)
+            continue;
+        std::vector<quint64> ka, kb;
+        for (int i = hunk.a0; i < hunk.a1; ++i)
+            ka.push_back(loose(m_viewTokens[i], m_view, 'a'));
+        for (int j = hunk.b0; j < hunk.b1; ++j)
+            kb.push_back(loose(now[j], view, 'b'));
+        const std::vector<int> part = TokenDiff::Match(ka, kb);
+        for (size_t i = 0; i < part.size(); ++i) {
+            if (part[i] >= 0)
+                match[size_t(hunk.a0) + i] = hunk.b0 + part[i];
+        }
+    }
 }
 
 // Where in the source a change goes and what it writes there.
@@ -457,10 +495,15 @@ QString FaithfulSave::Attributes(const PageToken &source, const PageToken &befor
     qsizetype close = tag.endsWith(QLatin1String("/>")) ? tag.size() - 2 : tag.endsWith(u'>') ? tag.size() - 1 : tag.size();
     while (close > 0 && tag[close - 1].isSpace() && tag.endsWith(QLatin1String("/>")))
         --close;
+    // New attributes go behind the author's, in the engine's order: one
+    // edit, so that several added at once don't come out reversed.
+    QString added;
     for (const PageTokenizer::Attribute &b : nowList) {
         if (!Named(ours, b.name))
-            edits.append({close, close, u' ' + Encoded(RawAttribute(now, b))});
+            added += u' ' + Encoded(RawAttribute(now, b));
     }
+    if (!added.isEmpty())
+        edits.append({close, close, added});
     std::stable_sort(edits.begin(), edits.end(), [](const Edit &x, const Edit &y) { return x.start > y.start; });
     QString out = tag;
     for (const Edit &e : edits)

@@ -4,6 +4,8 @@
 
 #include <QHash>
 
+#include <algorithm>
+
 namespace {
 
 bool IsSpace(QChar c)
@@ -279,10 +281,14 @@ private:
         return m_text.size();
     }
 
+    // By name: the engine moves an attribute that was taken off and set
+    // again to the end of its tag, which means nothing to a browser.
     QString AttributeMeaning(QStringView tag) const
     {
+        QList<Attribute> attributes = PageTokenizer::Attributes(tag);
+        std::sort(attributes.begin(), attributes.end(), [](const Attribute &x, const Attribute &y) { return x.name < y.name; });
         QString meaning;
-        for (const Attribute &a : PageTokenizer::Attributes(tag)) {
+        for (const Attribute &a : attributes) {
             meaning += u' ' + a.name + u'=';
             if (a.valueStart >= 0) {
                 const QStringView value = tag.mid(a.valueStart, a.valueEnd - a.valueStart);

@@ -15,7 +15,8 @@
 // A key is made from what the browser understands: tag and attribute names
 // in lower case, attribute values and text with their character references
 // read, line ends as the parser gives them (CR LF and CR become LF). Quoting,
-// case and the way a character is written therefore do not count.
+// case, the order of a tag's attributes and the way a character is written
+// therefore do not count.
 class PageTokenizer
 {
 public:

@@ -209,3 +209,35 @@ TEST(FaithfulSave, EditedCopiedAndDeletedBlocksAreWrittenAsTheUserLeftThem)
     EXPECT_TRUE(ScriptGuard::Keeps(original, QStringLiteral("<p>x</p><%= b %>"), difference, {}, {QStringLiteral("<%= b %>")}));
     EXPECT_FALSE(ScriptGuard::Keeps(original, QStringLiteral("<p>x</p>"), difference, {}, {QStringLiteral("<%= b %>")}));
 }
+
+// A table written by hand, after one session of the table dialog: new
+// attributes on the table (two at once), a merge in the first row and
+// that row's height. The views are the engine's own serialisations. The
+// new attributes go in as the engine ordered them, and the changed tags
+// keep the author's spelling of what did not change.
+TEST(FaithfulSave, TableDialogChangesKeepTheAuthorsTags)
+{
+    const QByteArray source = "<html><body>\n<TABLE id=t BORDER=1 WIDTH=80%>\n<!-- r1 -->\n<TR>\n <TD id=a>a&nbsp;</TD>\n"
+                              " <TD id=b>b</TD>\n</TR>\n<TR><TD id=c>c<TD id=d>d</TR>\n</TABLE>\n</body></html>\n";
+    const QString atEdit = QStringLiteral("<html><head></head><body>\n<table id=\"t\" border=\"1\" width=\"80%\">\n<!-- r1 -->\n"
+                                          "<tbody><tr>\n <td id=\"a\">a&nbsp;</td>\n <td id=\"b\">b</td>\n</tr>\n"
+                                          "<tr><td id=\"c\">c</td><td id=\"d\">d</td></tr>\n</tbody></table>\n\n</body></html>");
+    const QString atSave = QStringLiteral("<html><head></head><body>\n<table id=\"t\" border=\"3\" width=\"80%\" align=\"left\" "
+                                          "cellpadding=\"1\">\n<!-- r1 -->\n<tbody><tr height=\"40\">\n <td id=\"a\" colspan=\"2\" "
+                                          "bgcolor=\"#336699\" background=\"../img/c.png\">a&nbsp;b</td>\n \n</tr>\n"
+                                          "<tr><td id=\"c\">c</td><td id=\"d\">d</td></tr>\n</tbody></table>\n\n</body></html>");
+    EXPECT_EQ(spliced(source, atEdit, atSave).toStdString(),
+              "<html><body>\n<TABLE id=t BORDER=\"3\" WIDTH=80% align=\"left\" cellpadding=\"1\">\n<!-- r1 -->\n"
+              "<TR height=\"40\">\n <TD id=a colspan=\"2\" bgcolor=\"#336699\" background=\"../img/c.png\">a&nbsp;b</TD>\n \n</TR>\n"
+              "<TR><TD id=c>c<TD id=d>d</TR>\n</TABLE>\n</body></html>\n");
+
+    // A width cleared and typed again stands last in the engine's tag; its
+    // place in the author's tag stays.
+    EXPECT_EQ(spliced("<TABLE WIDTH=80% BORDER=1><TR><TD>x</TABLE>",
+                      QStringLiteral("<html><head></head><body><table width=\"80%\" border=\"1\"><tbody><tr><td>x</td></tr>"
+                                     "</tbody></table></body></html>"),
+                      QStringLiteral("<html><head></head><body><table border=\"1\" width=\"90%\"><tbody><tr><td>x</td></tr>"
+                                     "</tbody></table></body></html>"))
+                  .toStdString(),
+              "<TABLE WIDTH=\"90%\" BORDER=1><TR><TD>x</TABLE>");
+}
