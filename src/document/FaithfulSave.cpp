@@ -80,7 +80,8 @@ long FaithfulSave::Prepare(const QByteArray &original, const QString &engineView
     if (!ViewTokens(m_view, m_viewTokens, reason))
         return 0;
     m_viewToSource = LineUp(m_viewTokens, m_sourceTokens);
-    m_baseline = Unmatched(m_viewToSource, size_t(m_sourceTokens.size()));
+    const QList<PageToken> sourceChecked = WithoutSpaceBetweenMarkup(m_sourceTokens);
+    m_baseline = Unmatched(LineUp(WithoutSpaceBetweenMarkup(m_viewTokens), sourceChecked), size_t(sourceChecked.size()));
     if (CheckRegions(reason) != 1 || CheckMapping(reason) != 1)
         return 0;
     m_prepared = true;
@@ -201,6 +202,28 @@ std::vector<quint64> FaithfulSave::Keys(const QList<PageToken> &tokens)
     for (const PageToken &t : tokens)
         keys.push_back(t.key);
     return keys;
+}
+
+// The tokens the result is checked by. White space between two pieces of
+// markup is left out: where the engine has an implied tag the file lacks
+// (the <tbody> of a table written without one), a deleted row leaves the
+// file's white space on both sides of it in one piece, while the engine
+// holds it in two. Such space never holds the user's words, and a change
+// placed wrongly shows in the tags and text around it.
+QList<PageToken> FaithfulSave::WithoutSpaceBetweenMarkup(const QList<PageToken> &tokens)
+{
+    const auto markup = [](const PageToken &t) {
+        return t.kind == PageToken::StartTag || t.kind == PageToken::EndTag || t.kind == PageToken::Comment
+               || t.kind == PageToken::Declaration;
+    };
+    QList<PageToken> kept;
+    kept.reserve(tokens.size());
+    for (qsizetype i = 0; i < tokens.size(); ++i) {
+        const bool between = i > 0 && i + 1 < tokens.size() && markup(tokens[i - 1]) && markup(tokens[i + 1]);
+        if (tokens[i].kind != PageToken::Space || !between)
+            kept.append(tokens[i]);
+    }
+    return kept;
 }
 
 // Tokens of either side that found no partner.
@@ -594,7 +617,8 @@ long FaithfulSave::Verify(const QString &result, const QList<PageToken> &view, c
         if (t.kind == PageToken::Script)
             t.key = written.value(t.start, t.key);
     }
-    const std::vector<int> match = LineUp(view, tokens);
+    tokens = WithoutSpaceBetweenMarkup(tokens);
+    const std::vector<int> match = LineUp(WithoutSpaceBetweenMarkup(view), tokens);
     if (Unmatched(match, size_t(tokens.size())) > m_baseline) {
         reason = QStringLiteral("The change could not be placed in the page's source exactly.");
         return 0;

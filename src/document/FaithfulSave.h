@@ -84,6 +84,7 @@ private:
     static bool ViewTokens(const QString &view, QList<PageToken> &tokens, QString &reason);
     static std::vector<int> LineUp(const QList<PageToken> &a, const QList<PageToken> &b);
     static std::vector<quint64> Keys(const QList<PageToken> &tokens);
+    static QList<PageToken> WithoutSpaceBetweenMarkup(const QList<PageToken> &tokens);
     static int Unmatched(const std::vector<int> &match, size_t otherSize);
     long CheckRegions(QString &reason) const;
     void KeepBytes(QString &out, qsizetype from, qsizetype to, QHash<qsizetype, quint64> &written) const;
