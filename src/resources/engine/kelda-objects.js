@@ -26,10 +26,13 @@
 
   // A right click on a picked thing picks it as a control first, as the
   // editor always did: the menu that follows is for that thing. A click on
-  // an area of an image map picks the image.
+  // an area of an image map picks the image. Only what the user may edit is
+  // picked: the whole page in design mode, or, for a CMS user who is no
+  // administrator, what stands inside his areas (the page is then out of
+  // design mode, and the areas alone are editable).
   function pickOnRightClick(ev) {
     const d = ev.target && ev.target.ownerDocument;
-    if (!d || d.designMode !== 'on' || ev.target.nodeType !== 1) return;
+    if (!d || ev.target.nodeType !== 1) return;
     let t = ev.target;
     if (t.tagName === 'AREA') t = imageOfArea(t, ev.clientX, ev.clientY);
     if (!t || !K.controlTags[t.tagName] || !editable(t) || !t.parentNode) return;
@@ -46,12 +49,20 @@
   function editable(e) {
     return !!e.isContentEditable && !e.closest('[contenteditable="false" i]');
   }
+  // A script block is sealed, so it is never editable itself: it counts as
+  // the user's where it stands in an editable place (for a CMS user who is
+  // no administrator, inside his areas); elsewhere it is no object of his.
+  function blockOf(e) {
+    const owner = e.closest('[data-keldasp]');
+    return owner && owner.parentElement && editable(owner.parentElement)
+      ? 'keldaspIN#' + owner.getAttribute('data-keldasp') : '';
+  }
   function describeElement(e) {
     if (!e) return { h: 0 };
     const style = e.style && e.style.getPropertyValue ? (e.getAttribute('style') || '') : '';
     return { h: K.id(e), tag: e.tagName.toUpperCase(), editable: editable(e),
              key: e.getAttribute('keldakey'), keldasp: /(^|;)\s*keldasp\s*:/i.test(style),
-             block: e.closest('[data-keldasp]') ? 'keldaspIN#' + e.closest('[data-keldasp]').getAttribute('data-keldasp') : '',
+             block: blockOf(e),
              code: e.getAttribute('code') || '', input: e.tagName === 'INPUT' || e.tagName === 'TEXTAREA',
              connected: e.isConnected };
   }

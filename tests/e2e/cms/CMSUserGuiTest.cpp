@@ -5,13 +5,17 @@
 
 #include "../../integration/fileviews/SiteTreeDriver.h"
 #include "../shell/SessionWindow.h"
+#include "MenuPick.h"
 #include "ModalDriver.h"
+#include "PageMouse.h"
 #include "cms/CCMS.h"
 #include "cms/CMSTables.h"
 #include "config/CSettingsFile.h"
 #include "platform/LocalFolders.h"
 
+#include <QAbstractButton>
 #include <QDir>
+#include <QRegularExpression>
 #include <QTest>
 #include <QMimeData>
 #include <QUrl>
@@ -23,6 +27,17 @@ namespace {
 
 const QByteArray kPage = "<html><head><title>Area</title></head><body><p id=\"outside\">Outside</p>"
                          "<div id=\"area\" keldaedit=\"1\"><p id=\"inside\">Inside</p></div></body></html>";
+
+// Right-clicks at the point until the menu shows, and picks the item.
+bool pickAt(Window &w, const QPoint &at, const QString &item)
+{
+    MenuPick pick(item);
+    for (int attempt = 0; attempt < 20 && !pick.shown; ++attempt) {
+        sendRightClick(w.form.browser()->focusProxy(), at);
+        PageScriptCall::pumpUntil([&] { return pick.shown; }, 500);
+    }
+    return pick.shown && pick.enabled.contains(item);
+}
 
 class CMSUserGui : public SessionTest
 {
@@ -132,4 +147,53 @@ TEST_F(CMSUserGui, TheBandsAdministratorButtonOpensThePanelWhileEditing)
     EXPECT_EQ(panel.seen, 1);
     w.pressEdit();
     EXPECT_EQ(errorDialogs(), 0) << firstError();
+}
+
+// The administrator's marks made from the menus of the main window: a field
+// unlocked from its own menu, and a few words of an area kept locked from
+// the text menu, reach the server with their marks and without the frames
+// the editor draws round them; the rest of the page keeps its bytes.
+TEST_F(CMSUserGui, AnObjectUnlockedAndWordsLockedInsideAnAreaAreSavedWithTheirMarks)
+{
+    const QByteArray page = "<html><head><title>Marks</title></head><body><p id=\"outside\">Outside</p>"
+                            "<div id=\"area\" keldaedit=\"1\"><p id=\"inside\">Inside words here</p></div>"
+                            "<form><input id=\"field\" value=\"name\"></form></body></html>";
+    servers().writeWebFile(QStringLiteral("cms/marks.htm"), page);
+    Q::Script({OK, Q::vbYes});
+    Window w;
+    ASSERT_TRUE(w.edit(QStringLiteral("cms/marks.htm"))) << firstError();
+
+    ModalDriver users(QStringLiteral("frmAddUserToDocument"), [](QWidget *dialog) {
+        QTest::mouseClick(dialog->findChild<QAbstractButton *>(QStringLiteral("cmdOk")), Qt::LeftButton);
+    });
+    const HtmlElement field = w.page().getElementById(QStringLiteral("field"));
+    ASSERT_TRUE(pickAt(w, QPoint(field.offsetLeft() + 5, field.offsetTop() + 5), QStringLiteral("mnuObjCMS_UnLock")));
+    ASSERT_TRUE(PageScriptCall::pumpUntil(
+        [&] { return field.parentElement().getAttribute(QStringLiteral("keldaedit")).toString() == QLatin1String("1"); }, 5000));
+    EXPECT_EQ(users.seen, 1);
+
+    const QVariantList at = PageScriptCall::run(
+        w.form.browser()->page(),
+        QStringLiteral("(() => { const t = document.getElementById('inside').firstChild, r = document.createRange();"
+                       " r.setStart(t, 7); r.setEnd(t, 12); getSelection().removeAllRanges(); getSelection().addRange(r);"
+                       " const b = r.getBoundingClientRect(); return [b.left + b.width / 2, b.top + b.height / 2]; })()"),
+        QString()).toList();
+    ASSERT_TRUE(pickAt(w, QPoint(at.value(0).toInt(), at.value(1).toInt()), QStringLiteral("mnuCMS_AdminLockSubArea")));
+    ASSERT_TRUE(PageScriptCall::pumpUntil(
+        [&] { return w.page().getElementById(QStringLiteral("inside")).innerHTML().contains(QLatin1String("keldaedit")); }, 5000));
+
+    w.pressSave();
+    ASSERT_FALSE(w.editing()) << shownTexts().join(QLatin1Char('\n')).toStdString() << firstError();
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
+    const QString saved = QString::fromLatin1(servers().readWebFile(QStringLiteral("cms/marks.htm")));
+    SCOPED_TRACE(saved.toStdString());
+    EXPECT_TRUE(saved.contains(QRegularExpression(
+        QStringLiteral("<div keldaedit=\"1\" style=\"display: inline; overflow: hidden; height: \\d+px; width: \\d+px\">"
+                       "<input id=\"field\" value=\"name\"></div>"))));
+    EXPECT_TRUE(saved.contains(QStringLiteral(
+        "<p id=\"inside\">Inside <div keldaedit=\"0\" style=\"display: inline; overflow: hidden\">words</div> here</p>")));
+    EXPECT_TRUE(saved.contains(QStringLiteral("<body><p id=\"outside\">Outside</p><div id=\"area\" keldaedit=\"1\">"
+                                              "<p id=\"inside\">")));
+    for (const char *frame : {"border", "dashed", "contenteditable"})
+        EXPECT_FALSE(saved.contains(QLatin1String(frame), Qt::CaseInsensitive)) << frame;
 }

@@ -7,6 +7,7 @@
 #include "../objects/ObjectPage.h"
 #include "ModalDriver.h"
 #include "cms/CMSTables.h"
+#include "config/MGlobalProjectObjects.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -135,7 +136,9 @@ TEST_F(PageLocks, APageLockedAndAPartUnlockedAreSavedWithTheMarkAndWithoutTheFra
 TEST_F(PageLocks, AUserWhoIsNoAdministratorEditsOnlyInsideHisAreaWithHisLimits)
 {
     const QByteArray marked = "<html><head><title>Locks</title></head><body><p id=\"outside\">Outside</p>"
+                              "<img id=\"locked\" src=\"none.gif\" width=\"40\" height=\"40\" alt=\"\">"
                               "<div id=\"area\" keldaedit=\"1\"><p id=\"inside\">Inside</p>"
+                              "<img id=\"his\" src=\"none.gif\" width=\"40\" height=\"40\" alt=\"\">"
                               "<span id=\"sub\" keldaedit=\"0\">Fixed</span></div></body></html>";
     g_aCMSPages = {CMSPAGE{address(), {1.0f, -1.0f}}, CMSPAGE{QString(), {-1.0f}}};
     g_sngCMSUser = 1;
@@ -157,10 +160,59 @@ TEST_F(PageLocks, AUserWhoIsNoAdministratorEditsOnlyInsideHisAreaWithHisLimits)
     MenuPick outside{QString()};
     ASSERT_TRUE(page.rightClick(QStringLiteral("outside")));
     EXPECT_FALSE(outside.shown);
+    // A picture outside it has no menu and isn't even picked; his own has
+    // the picture's menu.
+    {
+        MenuPick locked{QString()};
+        ASSERT_TRUE(page.rightClick(QStringLiteral("locked")));
+        EXPECT_FALSE(locked.shown);
+    }
+    bool changed = true;
+    page.doc->GetDirty(changed);
+    EXPECT_FALSE(changed);
+    auto his = pick(QStringLiteral("his"), QString());
+    EXPECT_TRUE(his->enabled.contains(QStringLiteral("mnuResetSize")));
 
     // A page that isn't his shows no area and takes nothing.
     EditedPage other;
     other.open(QStringLiteral("cms/other.htm"), marked);
     EXPECT_FALSE(other.byId(QStringLiteral("inside")).isContentEditable());
     EXPECT_TRUE(other.byId(QStringLiteral("area")).styleValue(QStringLiteral("border")).isEmpty());
+}
+
+// Server script outside his area is no object of his: a right click on its
+// output says nothing; inside his area the block answers as it does for an
+// administrator (here, with ASP editing off, in the words that say so).
+TEST_F(PageLocks, AUserWhoIsNoAdministratorReachesOnlyTheScriptBlocksInsideHisArea)
+{
+    const QString path = QStringLiteral("cms/blocks.asp");
+    TestServers::shared().writeWebFile(path, "<HTML><HEAD><TITLE>Blocks</TITLE></HEAD><BODY>\r\n"
+                                             "<P id=\"outside\">Price <%= \"twelve\" %></P>\r\n"
+                                             "<DIV keldaedit=\"1\"><P id=\"inside\">Cost <%= \"ten\" %></P></DIV>\r\n"
+                                             "</BODY></HTML>\r\n");
+    g_aCMSPages = {CMSPAGE{TestServers::shared().httpBase() + QLatin1Char('/') + path, {1.0f, -1.0f}},
+                   CMSPAGE{QString(), {-1.0f}}};
+    g_sngCMSUser = 1;
+    g_boolCMSAdmin = false;
+    const long settings = MGlobalProjectObjects::AdvancedUserSettings;
+    MGlobalProjectObjects::AdvancedUserSettings = 0;
+    Q::Script({Q::vbOK});
+    save_test::ScriptPage asp;
+    page.enter(asp, path);
+    const auto blockOf = [this](const char *id) {
+        const QVariantList r = PageScriptCall::run(page.screen.browser.page(),
+                                                   QStringLiteral("(() => { const b = document.querySelector('#%1 [data-keldasp]')"
+                                                                  ".getBoundingClientRect(); return [b.left + b.width / 2,"
+                                                                  " b.top + b.height / 2]; })()")
+                                                       .arg(QLatin1String(id)),
+                                                   QString())
+                                   .toList();
+        return QPoint(r.value(0).toInt(), r.value(1).toInt());
+    };
+    ASSERT_TRUE(page.rightClick(blockOf("outside")));
+    EXPECT_TRUE(Q::ShownSoFar().isEmpty());
+    ASSERT_TRUE(page.rightClick(blockOf("inside")));
+    MGlobalProjectObjects::AdvancedUserSettings = settings;
+    ASSERT_EQ(Q::ShownSoFar().size(), 1);
+    EXPECT_TRUE(Q::ShownSoFar()[0].text.startsWith(QStringLiteral("This object contains code written in ASP.")));
 }
