@@ -508,8 +508,16 @@
     if (ev.type === 'drop') cancel = r.cancelDrop;
     if (cancel) { ev.preventDefault(); ev.stopPropagation(); info.cancelled = true; }
     t.post(info);
-    if (ev.type === 'mousedown' && ev.target && K.controlTags[ev.target.tagName] && document.designMode === 'on')
+    if (ev.type === 'mousedown' && pickable(ev.target))
       t.post(Object.assign({}, info, { type: 'controlselect' }));
+  }
+  // A press on a picture, a table or a field picks it, which the editor
+  // counts as a change: only where the user may edit. A press on the
+  // sealed output of server script, or outside the areas of a CMS user who
+  // is no administrator, picks nothing and changes nothing.
+  function pickable(e) {
+    return !!e && e.nodeType === 1 && !!K.controlTags[e.tagName] && e.isContentEditable &&
+           !e.closest('[contenteditable="false" i]');
   }
   for (const type of ['mousedown', 'mouseup', 'click', 'contextmenu', 'keydown', 'keypress', 'keyup',
                       'paste', 'copy', 'cut', 'drop', 'dragover', 'dragend'])

@@ -8,6 +8,7 @@
 #include "SessionWindow.h"
 #include "aspfilter/CASPFilter.h"
 #include "document/CDocument.h"
+#include "platform/PageEvent.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -150,15 +151,32 @@ TEST_F(ScriptBlocks, ABlockIsPickedWholeKeepsOffTheKeysAndPastesAsABlockOfItsOwn
 
 TEST_F(ScriptBlocks, ARightClickEditsTheBlocksSourceOnlyWhenAllowedAndOnlyOnSave)
 {
-    servers().writeWebFile(QStringLiteral("blocks/edit.asp"), kPage);
+    const QByteArray withLogo = QByteArray(kPage).replace(
+        "</BODY>", "<P id=\"logo\"><%= \"<IMG src='none.gif' width='60' height='40'>\" %></P>\r\n</BODY>");
+    servers().writeWebFile(QStringLiteral("blocks/edit.asp"), withLogo);
     UserQuestions::Script({OK, OK, OK, OK, OK});
     Window w;
     Page page{w};
     ASSERT_TRUE(w.edit(QStringLiteral("blocks/edit.asp")));
-    CASPFilter *filter = w.form.Session().Documents().front()->ASPFilter();
+    CDocument *document = w.form.Session().Documents().front().get();
+    CASPFilter *filter = document->ASPFilter();
     ASSERT_NE(filter, nullptr);
     const QPoint at = page.block(QStringLiteral("price")).center();
     page.focus();
+
+    // A press on a picture the script wrote picks its block, not the
+    // picture, and changes nothing: the page isn't marked to be saved.
+    bool clicked = false;
+    const QMetaObject::Connection watch = QObject::connect(w.form.browser(), &WebBrowser::pageEvent, [&](const PageEvent &e) {
+        clicked = clicked || e.type == QLatin1String("click");
+    });
+    QTest::mouseClick(page.keys(), Qt::LeftButton, {}, page.block(QStringLiteral("logo")).center());
+    const bool seen = PageScriptCall::pumpUntil([&] { return clicked; }, 5000);
+    QObject::disconnect(watch);
+    ASSERT_TRUE(seen);
+    bool changed = true;
+    document->GetDirty(changed);
+    EXPECT_FALSE(changed);
 
     // Not allowed in the settings: the words that say where to allow it.
     MGlobalProjectObjects::AdvancedUserSettings = 0;
@@ -212,7 +230,7 @@ TEST_F(ScriptBlocks, ARightClickEditsTheBlocksSourceOnlyWhenAllowedAndOnlyOnSave
     w.pressSave();
     ASSERT_FALSE(w.editing());
     EXPECT_EQ(errorDialogs(), 0) << firstError();
-    QByteArray expected = kPage;
+    QByteArray expected = withLogo;
     expected.replace("<%= \"twelve\" %>", "<%= \"thirteen\"\t%>");
     EXPECT_EQ(servers().readWebFile(QStringLiteral("blocks/edit.asp")).toStdString(), expected.toStdString());
 }
