@@ -18,6 +18,7 @@
 #include "history/CRollback.h"
 #include "objects/AppletPlaceholders.h"
 #include "objects/CHTMLImg.h"
+#include "objects/CHTMLMedia.h"
 #include "objects/CSPANASP.h"
 #include "objects/CVisibility.h"
 #include "objects/ctlVisibility.h"
@@ -404,6 +405,8 @@ long CDocument::EditOnPage()
         m_HTMLBody.setContentEditable(false);
     if (RegisterImages() != 1)
         return 0;
+    if (CHTMLMedia::ShowExisting(*this) != 1)
+        return 0;
     if (ShowLayersAndApplets() != 1)
         return 0;
     if (m_HTMLBody.innerText().size() >= kTextRangeMinimum)
@@ -502,7 +505,8 @@ long CDocument::EditOffPage()
     m_Visibility.reset();
     m_TextRange = HtmlTextRange();
     AppletPlaceholders::Hide(m_Document);
-    m_Document.removeAttributesEverywhere({kKey, QStringLiteral("vismark"), QStringLiteral("no_visibility")});
+    m_Document.removeAttributesEverywhere(
+        {kKey, CHTMLMedia::BoxAttribute(), QStringLiteral("vismark"), QStringLiteral("no_visibility")});
     m_Document.setDesignMode(QStringLiteral("Off"));
     m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
     m_boolEditOn = false;

@@ -48,6 +48,29 @@ QString Escaped(const QString &text)
     return text.toHtmlEscaped();
 }
 
+// The class by which an object names the Flash player.
+const QString kFlashClassId = QStringLiteral("D27CDB6E-AE6D-11CF-96B8-444553540000");
+
+// A size the author gave in pixels; a percentage or nothing leaves the box
+// the size of its kind, as a new clip of the kind gets.
+int SizeOf(const HtmlElement &element, const QString &side, int fallback)
+{
+    bool number = false;
+    const int pixels = element.getAttribute(side).toString().trimmed().remove(QStringLiteral("px")).toInt(&number);
+    return number && pixels > 0 ? pixels : fallback;
+}
+
+// The film an object names in its parameters, as the Flash player reads them.
+QString ParamFile(const HtmlElement &object)
+{
+    for (const HtmlElement &param : object.children()) {
+        const QString name = param.getAttribute(QStringLiteral("name")).toString().toLower();
+        if (param.tagName() == QLatin1String("PARAM") && (name == QLatin1String("movie") || name == QLatin1String("src")))
+            return param.getAttribute(QStringLiteral("value")).toString();
+    }
+    return {};
+}
+
 } // namespace
 
 bool CHTMLMedia::KnownFile(Kind kind, const QString &strFile_p)
@@ -127,39 +150,115 @@ long CHTMLMedia::Insert(CDocument &document, HtmlTextRange &range, Kind kind)
     const long key = document.AddObject(std::move(media)) - 1;
     if (self->LetKeldaKey(key) != 1)
         return 0;
-    self->ShowPlaceholder(kind, file);
+    const KindInfo &k = kKinds[kind];
+    ShowPlaceholder(document, QStringLiteral("[%1=\"%2\"]").arg(KeyAttribute()).arg(key), kind, file, k.width, k.height);
     document.SetDirty();
     return MError::ErrorNumber() == 0 ? 1 : 0;
 }
 
 // A box of the clip's size with its kind and name drawn in it, and the
-// engine's own player hidden: a rule of the editor's style, keyed to the
-// object, which the saved page never holds.
-void CHTMLMedia::ShowPlaceholder(Kind kind, const QString &strFile_p)
+// engine's own player (and an object's stand-in content) hidden: a rule of
+// the editor's style, tied to the element by its mark, which the saved page
+// never holds.
+void CHTMLMedia::ShowPlaceholder(CDocument &document, const QString &selector, Kind kind, const QString &strFile_p,
+                                 int width, int height)
 {
-    const KindInfo &k = kKinds[kind];
-    const QString label = Escaped(L(k.caption) + QStringLiteral(": ") + QFileInfo(strFile_p).fileName());
+    const QString label = Escaped(L(kKinds[kind].caption) + QStringLiteral(": ") + QFileInfo(strFile_p).fileName());
     const QString svg = QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='%1' height='%2'>"
                                        "<text x='50%' y='50%' dominant-baseline='middle' text-anchor='middle' "
                                        "font-family='sans-serif' font-size='12' fill='#303030'>%3</text></svg>")
-                            .arg(k.width)
-                            .arg(k.height)
+                            .arg(width)
+                            .arg(height)
                             .arg(label);
-    const QString key = QStringLiteral("[keldakey=\"%1\"]").arg(m_lKey);
     const QString rule =
-        key + QStringLiteral("{display:inline-block!important;box-sizing:border-box;width:%1px;height:%2px;"
-                             "border:1px dashed #707070;background:#e4e4e4 url(\"data:image/svg+xml,%3\") center no-repeat}")
-                  .arg(k.width)
-                  .arg(k.height)
-                  .arg(QString::fromLatin1(QUrl::toPercentEncoding(svg)))
-        + key + QStringLiteral("::-webkit-media-controls{display:none!important}");
+        selector + QStringLiteral("{display:inline-block!important;box-sizing:border-box;width:%1px;height:%2px;"
+                                  "border:1px dashed #707070;background:#e4e4e4 url(\"data:image/svg+xml,%3\") center no-repeat}")
+                       .arg(width)
+                       .arg(height)
+                       .arg(QString::fromLatin1(QUrl::toPercentEncoding(svg)))
+        + selector + QStringLiteral("::-webkit-media-controls{display:none!important}") + selector
+        + QStringLiteral(">*{display:none!important}");
     HtmlDocument page;
-    m_Document->GetDocument(page);
+    document.GetDocument(page);
     HtmlElement style = page.createElement(QStringLiteral("STYLE"));
     style.setAttribute(QStringLiteral("data-kelda"), QStringLiteral("1"));
     style.setInnerText(rule);
     HtmlElement head = page.getElementsByTagName(QStringLiteral("HEAD")).value(0);
     (head.isNull() ? page.body() : head).appendChild(style);
+}
+
+// The engine never shows a sound without a player, whatever the style
+// says: one the author keeps out of sight (music behind the page) gets a
+// player for the edit, so that the user sees its box and can pick it. The
+// save takes the player off with the mark that says it was lent.
+void CHTMLMedia::ShowHiddenSound(HtmlElement &element)
+{
+    if (element.tagName() != QLatin1String("AUDIO") || !element.getAttribute(QStringLiteral("controls")).isNull())
+        return;
+    element.setAttribute(QStringLiteral("keldacontrols"), QStringLiteral("1"));
+    element.setAttribute(QStringLiteral("controls"), QString());
+}
+
+// Objects first: a Flash object's box stands for the embed the author put
+// inside it for other browsers, which gets none of its own.
+long CHTMLMedia::ShowExisting(CDocument &document)
+{
+    HtmlDocument page;
+    document.GetDocument(page);
+    int mark = 0;
+    for (const char *tag : {"OBJECT", "EMBED", "AUDIO", "VIDEO"}) {
+        for (HtmlElement &element : page.getElementsByTagName(QString::fromLatin1(tag))) {
+            Kind kind = Sound;
+            QString file;
+            if (!KindOf(element, kind, file) || (element.tagName() == QLatin1String("EMBED") && InBoxedObject(element)))
+                continue;
+            element.setAttribute(BoxAttribute(), QString::number(mark));
+            ShowHiddenSound(element);
+            ShowPlaceholder(document, QStringLiteral("[%1=\"%2\"]").arg(BoxAttribute()).arg(mark++), kind, file,
+                            SizeOf(element, QStringLiteral("width"), kKinds[kind].width),
+                            SizeOf(element, QStringLiteral("height"), kKinds[kind].height));
+        }
+    }
+    return MError::ErrorNumber() == 0 ? 1 : 0;
+}
+
+// What the element plays, and of which kind. An embed or object that is no
+// Flash film counts by its file's extension; one that names no clip of a
+// kind we know (a PDF, a plug-in's own data) keeps the engine's look.
+bool CHTMLMedia::KindOf(const HtmlElement &element, Kind &kind, QString &strFile_p)
+{
+    const QString tag = element.tagName();
+    const auto attribute = [&element](const char *name) { return element.getAttribute(QString::fromLatin1(name)).toString(); };
+    if (tag == QLatin1String("AUDIO") || tag == QLatin1String("VIDEO")) {
+        kind = tag == QLatin1String("AUDIO") ? Sound : Video;
+        strFile_p = attribute("src");
+        for (const HtmlElement &child : element.children())
+            if (strFile_p.isEmpty() && child.tagName() == QLatin1String("SOURCE"))
+                strFile_p = child.getAttribute(QStringLiteral("src")).toString();
+        return true;
+    }
+    strFile_p = attribute(tag == QLatin1String("OBJECT") ? "data" : "src");
+    if (tag == QLatin1String("OBJECT") && strFile_p.isEmpty())
+        strFile_p = ParamFile(element);
+    const QString path = QUrl(strFile_p).path();
+    if (attribute("type").contains(QLatin1String("flash"), Qt::CaseInsensitive)
+        || attribute("classid").contains(kFlashClassId, Qt::CaseInsensitive) || KnownFile(Flash, path))
+        kind = Flash;
+    else if (KnownFile(Sound, path))
+        kind = Sound;
+    else if (KnownFile(Video, path))
+        kind = Video;
+    else
+        return false;
+    return true;
+}
+
+bool CHTMLMedia::InBoxedObject(const HtmlElement &element)
+{
+    for (HtmlElement up = element.parentElement(); !up.isNull(); up = up.parentElement())
+        if (up.tagName() == QLatin1String("OBJECT") && !up.getAttribute(BoxAttribute()).isNull())
+            return true;
+    return false;
 }
 
 long CHTMLMedia::IsDirty(bool &boolIsDirty_p) const

@@ -22,6 +22,14 @@ public:
     // inserted, -1 nothing done, 0 failed (error pending).
     static long Insert(CDocument &document, HtmlTextRange &range, Kind kind);
 
+    // The clips the page held when the edit began get the box a new one
+    // gets. They stay the author's as he wrote them: none is registered for
+    // the save, and the mark that ties each to its box goes with the other
+    // marks of edit mode. 1, or 0 with the error pending.
+    static long ShowExisting(CDocument &document);
+    // The mark of an existing clip, by which its box finds it.
+    static QString BoxAttribute() { return QStringLiteral("keldamedia"); }
+
     // The tag of a new clip of the kind, with the file's address.
     static QString Markup(Kind kind, const QString &strSrc_p);
     // Whether the file's extension is one the kind is written for.
@@ -40,7 +48,11 @@ public:
 private:
     static QString ChooseFile(Kind kind);
     static HtmlElement Place(HtmlDocument &page, HtmlTextRange &range, Kind kind, const QString &strFile_p);
-    void ShowPlaceholder(Kind kind, const QString &strFile_p);
+    static bool KindOf(const HtmlElement &element, Kind &kind, QString &strFile_p);
+    static bool InBoxedObject(const HtmlElement &element);
+    static void ShowHiddenSound(HtmlElement &element);
+    static void ShowPlaceholder(CDocument &document, const QString &selector, Kind kind, const QString &strFile_p,
+                                int width, int height);
 
     CDocument *m_Document = nullptr;
     HtmlElement m_Element;

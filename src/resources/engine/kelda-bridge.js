@@ -293,12 +293,12 @@
       }
       return key;
     },
-    // The marks of edit mode go before a save: keys and layer marks, the
+    // The marks of edit mode go before a save: keys, clip and layer marks, the
     // layer state written back into the style, and the pending backgrounds
     // of elements handed back (read before their attributes go) so that
     // the caller can upload them.
     stripEditMarks(path) {
-      const marks = ['keldaKey', 'vismark', 'no_visibility', 'relativepath', 'uploadpath', 'bgchange', 'bgbytad'];
+      const marks = ['keldaKey', 'keldamedia', 'keldacontrols', 'vismark', 'no_visibility', 'relativepath', 'uploadpath', 'bgchange', 'bgbytad'];
       const list = docAt(path).querySelectorAll(marks.map(m => '[' + m + ']').join(',')), pending = [];
       for (let i = 0; i < list.length; i++) {
         const e = list[i];
@@ -312,6 +312,9 @@
           pending.push({ element: K.id(e), relativepath: e.getAttribute('relativepath') || '',
                          uploadpath: e.getAttribute('uploadpath') || '', background: e.getAttribute('background') || '',
                          bgbytad: e.getAttribute('bgbytad') || '' });
+        // A sound the author keeps out of sight had a player only so that
+        // its box could show.
+        if (e.hasAttribute('keldacontrols')) e.removeAttribute('controls');
         for (const name of marks) e.removeAttribute(name);
       }
       return pending;

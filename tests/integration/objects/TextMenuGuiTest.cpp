@@ -247,12 +247,22 @@ TEST_F(TextMenu, BadInputIsRefusedInWordsAndNothingGoesInHalf)
 // Clips the engine can't play go in as their tags, each shown as a box of
 // its size; at Save each file goes up beside the pictures and the tags
 // name them there, with nothing of the editor's look in the file. A file
-// of another kind is refused in words.
+// of another kind is refused in words. The clips the page held before show
+// as the same boxes, at the size their author gave, and keep their bytes.
 TEST_F(TextMenu, SoundFlashAndVideoGoInAsTheirTagsShownAsBoxesAndUploadedAtSave)
 {
     const QString path = QStringLiteral("textmenu/media.htm");
+    const QByteArray had = "<p id=had><audio src='old.mp3'></audio><video src=old.webm width=200 height=120 controls></video>"
+                           "<EMBED src=\"old.swf\" width=\"90\" height=\"60\"><object classid=\"clsid:D27CDB6E-AE6D-11cf-"
+                           "96B8-444553540000\" width=\"100\" height=\"80\"><param name=\"movie\" value=\"old.swf\">"
+                           "<embed src=\"old.swf\" width=\"100\" height=\"80\"></object></p>\n";
     page.open(path, "<html><head><title>Media</title></head><body>\n<p id=\"sound\">Listen:</p>\n"
-                    "<p id=\"flash\">Play:</p>\n<p id=\"video\">Watch:</p>\n</body></html>");
+                    "<p id=\"flash\">Play:</p>\n<p id=\"video\">Watch:</p>\n" + had + "</body></html>");
+    EXPECT_EQ(run(QStringLiteral("Array.from(document.getElementById('had').children).map(e => [e.offsetWidth,"
+                                 " e.offsetHeight, getComputedStyle(e).borderTopStyle].join(' ')).join(', ')"))
+                  .toString(),
+              QStringLiteral("300 40 dashed, 200 120 dashed, 90 60 dashed, 100 80 dashed"));
+    EXPECT_EQ(run(QStringLiteral("document.querySelector('#had object embed').offsetWidth")).toInt(), 0);
     const std::tuple<const char *, const char *, const char *, int, int> clips[] = {
         {"sound", "mnuInsertSoundClip", "media_song.mp3", 300, 40},
         {"flash", "mnuInsertFlash", "media_film.swf", 400, 300},
@@ -274,7 +284,7 @@ TEST_F(TextMenu, SoundFlashAndVideoGoInAsTheirTagsShownAsBoxesAndUploadedAtSave)
     EXPECT_EQ(shown(), QStringList{QStringLiteral("MsgBox:The file notes.txt is not a video clip of a kind web pages use "
                                                   "(mp4, webm, ogv, mov, avi, mpg, mpeg, wmv, flv), or it can't be read. "
                                                   "Nothing was inserted: choose another file.")});
-    EXPECT_EQ(page.page().getElementsByTagName(QStringLiteral("VIDEO")).size(), 1);
+    EXPECT_EQ(page.byId(QStringLiteral("video")).children().size(), 1);
 
     const QByteArray file = saved(path);
     for (const QByteArray &part : std::initializer_list<QByteArray>{
@@ -284,6 +294,7 @@ TEST_F(TextMenu, SoundFlashAndVideoGoInAsTheirTagsShownAsBoxesAndUploadedAtSave)
              "<p id=\"video\">Watch:<video controls=\"\" src=\"../img/media_clip.mp4\" width=\"320\" height=\"240\"></video></p>"})
         EXPECT_TRUE(file.contains(part)) << part.toStdString() << " in " << file.toStdString();
     EXPECT_FALSE(file.contains("kelda")) << file.toStdString();
+    EXPECT_TRUE(file.contains(had)) << file.toStdString();
     for (const auto &[id, item, name, width, height] : clips) {
         const QString uploaded = fileviews_test::web(QStringLiteral("img/") + QString::fromLatin1(name));
         EXPECT_EQ(fileviews_test::bytesOf(uploaded), QByteArray("clip bytes of ") + name);
