@@ -326,3 +326,34 @@ TEST_F(Tables, CancelOfThePropertiesLeavesTheTableByteForByte)
     EXPECT_EQ(save_test::serverFile(m_path).toStdString(), before.toStdString());
     EXPECT_FALSE(QFile::exists(fileviews_test::web(QStringLiteral("img/table_cell.png"))));
 }
+
+// A table as written by hand: upper case, values unquoted, no <tbody>,
+// comments and odd white space between rows, cells without end tags, a
+// space that is a character reference. Its first row deleted, then one
+// session of the properties dialog on the new first row: two attributes
+// new to the table's tag, its border, a merge and the row's height. The
+// file keeps the author's bytes everywhere but in those values.
+TEST_F(Tables, HandWrittenTableKeepsItsMarkupThroughSeveralChangesInOneSave)
+{
+    open("<TABLE BORDER=1  WIDTH=80% id=t>\n<!-- first row -->\n<TR>\n   <TD id=a>a&nbsp;one</TD>\n\t<TD id=b>b</TD>\n</TR>\n"
+         "<!-- second row -->\n<TR><TD id=c ALIGN=right>c&amp;d<TD id=d>d</TR>\n<!-- third row -->\n<TR><TD>e&nbsp;<TD>f</TR>\n</TABLE>");
+    pick(QStringLiteral("a"), QStringLiteral("mnuTblDeleteRow"));
+    onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
+        keyInList(dialog, "cmbAlignment", Qt::Key_Up);
+        clickArrow(dialog, "UpDownCellPaddingUp");
+        type(dialog, "txtLineSize", QStringLiteral("3"));
+        click(dialog, "cmdMergeColsRight");
+        type(dialog, "txtRowHeight", QStringLiteral("40"));
+        click(dialog, "cmdOk");
+    });
+    pick(QStringLiteral("c"), QStringLiteral("mnuTblProperties"));
+    EXPECT_EQ(page.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    const QByteArray saved = save_test::serverFile(m_path);
+    EXPECT_EQ(saved.mid(saved.indexOf("<body>")).toStdString(),
+              (kHead.mid(kHead.indexOf("<body>"))
+               + "<TABLE BORDER=\"3\"  WIDTH=80% id=t align=\"left\" cellpadding=\"1\">\n<!-- first row -->\n\n"
+                 "<!-- second row -->\n<TR height=\"40\"><TD id=c ALIGN=right colspan=\"2\">c&amp;dd</TR>\n"
+                 "<!-- third row -->\n<TR><TD>e&nbsp;<TD>f</TR>\n</TABLE>"
+               + kTail)
+                  .toStdString());
+}
