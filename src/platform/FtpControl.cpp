@@ -12,6 +12,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QMetaMethod>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QSaveFile>
@@ -23,6 +24,7 @@
 #include <chrono>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include <sys/select.h>
 
@@ -32,6 +34,7 @@ struct FtpControl::Call
     FtpControl *self = nullptr;
     bool ascii = false;
     bool deliverData = true;      // Transfer events carry the data
+    bool tracing = false;         // someone listens to the protocol's lines
     bool listing = false;
     bool longListing = false;
     bool machineListing = false;  // MLSD: facts and a name on each line
@@ -42,6 +45,7 @@ struct FtpControl::Call
     bool pendingCr = false;       // ASCII download: a CR at the end of a chunk
     qint64 bytes = 0;
     bool started = false;
+    bool startUnsaid = false;     // started, with no bytes sent on yet
     bool dataPhase = false;       // a data connection was asked for
     QString lastCommand;
     // The transfer type the connection is left in, as far as this call set
@@ -81,13 +85,14 @@ struct FtpControl::Call
 // libcurl's callbacks: they run on the worker thread and only post events.
 struct FtpCallbacks
 {
+    // The start goes out with the first bytes, in one event: each event
+    // wakes the caller's thread, and a small file has one chunk.
     static void started(FtpControl::Call &call)
     {
         if (call.started)
             return;
         call.started = true;
-        FtpControl *self = call.self;
-        self->post([self] { emit self->StartTransfer(); });
+        call.startUnsaid = true;
     }
 
     static void transferred(FtpControl::Call &call, const QByteArray &text)
@@ -96,7 +101,12 @@ struct FtpCallbacks
         FtpControl *self = call.self;
         const qint64 total = call.bytes;
         const QByteArray shown = call.deliverData ? text : QByteArray();
-        self->post([self, total, shown] { emit self->Transfer(total, shown); });
+        const bool first = std::exchange(call.startUnsaid, false);
+        self->post([self, first, total, shown] {
+            if (first)
+                emit self->StartTransfer();
+            emit self->Transfer(total, shown);
+        });
     }
 
     static QByteArray fromAscii(FtpControl::Call &call, const char *data, size_t size)
@@ -258,9 +268,6 @@ struct FtpCallbacks
     {
         if (line.isEmpty())
             return;
-        // The trace may be shown or logged: no password, proxy credentials
-        // (an HTTP tunnel's CONNECT comes through here too) or cookie in it.
-        const QString shown = TraceScrubber::scrub(line);
         noteTunnel(call, direction, line);
         if (direction == 0) {
             call.lastCommand = line.section(QLatin1Char(' '), 0, 0).toUpper();
@@ -272,6 +279,13 @@ struct FtpCallbacks
         } else {
             reply(call, line);
         }
+        // Each event wakes the caller's thread, which a batch of small
+        // files would pay several times per file for a trace nobody reads.
+        if (!call.tracing)
+            return;
+        // The trace may be shown or logged: no password, proxy credentials
+        // (an HTTP tunnel's CONNECT comes through here too) or cookie in it.
+        const QString shown = TraceScrubber::scrub(line);
         FtpControl *self = call.self;
         self->post([self, direction, shown] { emit self->PITrail(direction, shown); });
     }
@@ -628,6 +642,7 @@ long FtpControl::perform(Call &call, const QString &url,
     m_errorNumber = 0;
     m_errorDescription.clear();
     call.self = this;
+    call.tracing = isSignalConnected(QMetaMethod::fromSignal(&FtpControl::PITrail));
     // A reset keeps the open connection, so the next call reuses the login.
     curl_easy_reset(m_curl);
     setCommonOptions(call, url);
@@ -647,6 +662,8 @@ long FtpControl::perform(Call &call, const QString &url,
     curl_easy_reset(m_curl);
     if (call.listing)
         FtpCallbacks::listLines(call, nullptr, 0, true);
+    if (call.startUnsaid) // a file of no bytes
+        emit StartTransfer();
     if (call.started)
         emit EndTransfer();
     m_busy = false;
