@@ -13,9 +13,11 @@
   if (!K || K.img) return;
   const EDGE = 6;
 
+  // In design mode the engine calls every element editable, also a
+  // picture in the sealed output of server script, which is no picture of
+  // the page's and must keep its size.
   function editable(img) {
-    return img && img.tagName === 'IMG' && img.isContentEditable !== false &&
-           (img.ownerDocument.designMode === 'on' || img.isContentEditable);
+    return !!img && img.tagName === 'IMG' && img.isContentEditable && !img.closest('[contenteditable="false" i]');
   }
   function edgeAt(img, x, y) {
     const r = img.getBoundingClientRect();

@@ -164,16 +164,19 @@ TEST_F(ScriptBlocks, ARightClickEditsTheBlocksSourceOnlyWhenAllowedAndOnlyOnSave
     const QPoint at = page.block(QStringLiteral("price")).center();
     page.focus();
 
-    // A press on a picture the script wrote picks its block, not the
-    // picture, and changes nothing: the page isn't marked to be saved.
-    bool clicked = false;
+    // A picture the script wrote is no picture of the page's: pressed and
+    // dragged by its corner it is neither picked nor resized, and the page
+    // isn't marked to be saved.
+    bool released = false;
     const QMetaObject::Connection watch = QObject::connect(w.form.browser(), &WebBrowser::pageEvent, [&](const PageEvent &e) {
-        clicked = clicked || e.type == QLatin1String("click");
+        released = released || e.type == QLatin1String("mouseup");
     });
-    QTest::mouseClick(page.keys(), Qt::LeftButton, {}, page.block(QStringLiteral("logo")).center());
-    const bool seen = PageScriptCall::pumpUntil([&] { return clicked; }, 5000);
+    const QRect logo = page.block(QStringLiteral("logo"));
+    sendLeftDrag(page.keys(), logo.bottomRight() - QPoint(1, 1), logo.bottomRight() + QPoint(30, 20));
+    const bool seen = PageScriptCall::pumpUntil([&] { return released; }, 5000);
     QObject::disconnect(watch);
     ASSERT_TRUE(seen);
+    EXPECT_EQ(page.block(QStringLiteral("logo")).size(), logo.size());
     bool changed = true;
     document->GetDirty(changed);
     EXPECT_FALSE(changed);
