@@ -199,15 +199,9 @@ TEST_F(PageLocks, AUserWhoIsNoAdministratorReachesOnlyTheScriptBlocksInsideHisAr
     Q::Script({Q::vbOK});
     save_test::ScriptPage asp;
     page.enter(asp, path);
+    // The script's output: the first child of each paragraph.
     const auto blockOf = [this](const char *id) {
-        const QVariantList r = PageScriptCall::run(page.screen.browser.page(),
-                                                   QStringLiteral("(() => { const b = document.querySelector('#%1 [data-keldasp]')"
-                                                                  ".getBoundingClientRect(); return [b.left + b.width / 2,"
-                                                                  " b.top + b.height / 2]; })()")
-                                                       .arg(QLatin1String(id)),
-                                                   QString())
-                                   .toList();
-        return QPoint(r.value(0).toInt(), r.value(1).toInt());
+        return EditedPage::middleOf(page.byId(QLatin1String(id)).children().value(0));
     };
     ASSERT_TRUE(page.rightClick(blockOf("outside")));
     EXPECT_TRUE(Q::ShownSoFar().isEmpty());
