@@ -317,6 +317,7 @@ long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString
             match[i] = -1;
     }
     PairTags(match, now, engineView);
+    SlideInsertions(match, now);
     QString out;
     out.reserve(m_source.size() + 1024);
     QHash<qsizetype, quint64> written; // where each region of the result starts, and its key
@@ -409,6 +410,48 @@ void FaithfulSave::PairTags(std::vector<int> &match, const QList<PageToken> &now
         for (size_t i = 0; i < part.size(); ++i) {
             if (part[i] >= 0)
                 match[size_t(hunk.a0) + i] = hunk.b0 + part[i];
+        }
+    }
+}
+
+// An inserted run whose first token equals the token behind it (or whose
+// last equals the one before it) could stand one token later (earlier)
+// just as well. It is moved to where it starts with no end tag and ends
+// with no start tag: a row put in above the first goes before the
+// author's <TR> whole, not behind it as the end of a new row followed by a
+// <tr> of the engine's for the author's cells.
+void FaithfulSave::SlideInsertions(std::vector<int> &match, const QList<PageToken> &now) const
+{
+    const int sizeA = int(m_viewTokens.size());
+    const auto whole = [&now](int b0, int b1) {
+        return now[b0].kind != PageToken::EndTag && now[b1 - 1].kind != PageToken::StartTag;
+    };
+    for (const Hunk &hunk : Hunks(match, m_viewTokens, now)) {
+        if (hunk.a0 != hunk.a1 || hunk.b0 == hunk.b1 || whole(hunk.b0, hunk.b1))
+            continue;
+        for (const int step : {-1, 1}) {
+            std::vector<std::pair<int, int>> was;
+            int a = hunk.a0;
+            int b0 = hunk.b0;
+            int b1 = hunk.b1;
+            while (!whole(b0, b1)) {
+                if (step < 0 && a > 0 && match[size_t(a - 1)] == b0 - 1 && now[b0 - 1].key == now[b1 - 1].key) {
+                    was.push_back({a - 1, b0 - 1});
+                    match[size_t(a - 1)] = b1 - 1;
+                } else if (step > 0 && a < sizeA && match[size_t(a)] == b1 && now[b1].key == now[b0].key) {
+                    was.push_back({a, b1});
+                    match[size_t(a)] = b0;
+                } else {
+                    break;
+                }
+                a += step;
+                b0 += step;
+                b1 += step;
+            }
+            if (whole(b0, b1))
+                break;
+            for (const auto &[i, j] : was)
+                match[size_t(i)] = j;
         }
     }
 }

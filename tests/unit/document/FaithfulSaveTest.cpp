@@ -261,3 +261,17 @@ TEST(FaithfulSave, DeletedRowBesideAnImpliedTbody)
               "<html><body>\n<TABLE id=t BORDER=\"0\" WIDTH=80%>\n<!-- r1 -->\n\n<!-- r2 -->\n"
               "<TR height=\"30\"><TD id=c colspan=\"2\">cd<TD id=f>f</TR>\n</TABLE>\n</body></html>\n");
 }
+
+// A row put in above the first goes in whole before the author's row, and
+// a column's new cells each before the author's cell they stand before.
+TEST(FaithfulSave, InsertedRowsAndCellsGoInWhole)
+{
+    const QByteArray source = "<TABLE BORDER=1>\n<!-- r1 -->\n<TR>\n <TD>a</TD>\n</TR>\n</TABLE>";
+    const QString atEdit = QStringLiteral("<html><head></head><body><table border=\"1\">\n<!-- r1 -->\n<tbody><tr>\n"
+                                          " <td>a</td>\n</tr>\n</tbody></table></body></html>");
+    const QString atSave = QStringLiteral("<html><head></head><body><table border=\"1\">\n<!-- r1 -->\n<tbody>"
+                                          "<tr><td>&nbsp;</td><td>&nbsp;</td></tr><tr>\n <td>&nbsp;</td><td>a</td>\n</tr>\n"
+                                          "</tbody></table></body></html>");
+    EXPECT_EQ(spliced(source, atEdit, atSave).toStdString(),
+              "<TABLE BORDER=1>\n<!-- r1 -->\n<tr><td>&nbsp;</td><td>&nbsp;</td></tr><TR>\n <td>&nbsp;</td><TD>a</TD>\n</TR>\n</TABLE>");
+}
