@@ -1,7 +1,8 @@
 // A CMS user set up in one step: the settings file the administrator made
 // for him is dropped on a fresh client's window, and that client edits the
 // site as him: inside his area of his page and nowhere else, and what he
-// typed reaches the server with the page's marks intact.
+// typed reaches the server with the page's marks intact. And the marks the
+// administrator makes from the main window's menus, as they reach the server.
 
 #include "../../integration/fileviews/SiteTreeDriver.h"
 #include "../shell/SessionWindow.h"

@@ -1,6 +1,7 @@
 // Server script blocks in a page under edit, driven on the main window with
 // the mouse and the keys: a block is one sealed object, a copy pasted
-// elsewhere is a block of its own, and a right click edits its source.
+// elsewhere is a block of its own, a picture in its output is none of the
+// page's, and a right click edits its source.
 // Each result is read from the file saved on the fixture's server.
 
 #include "ModalDriver.h"
