@@ -180,6 +180,31 @@ void CMSLockCommands::PrepareArea(HtmlElement &area_p, const QString &strPage_p)
     }
 }
 
+// A new area for what stands in the container. An area is shown inline,
+// so a DIV and a SPAN look the same; but a DIV inside a paragraph does not
+// survive the next reading of the page: the parser ends the paragraph
+// where a DIV starts, and the words round the area would stand in
+// paragraphs of their own, for every visitor. Inside a paragraph the area
+// is therefore a SPAN, elsewhere a DIV as it has always been; the marks are
+// read whatever the tag. The search stops where the parser's closing of a
+// paragraph stops.
+HtmlElement CMSLockCommands::NewArea(HtmlDocument &page_p, HtmlElement container_p)
+{
+    static const QStringList bounds = {QStringLiteral("BODY"), QStringLiteral("TD"), QStringLiteral("TH"),
+                                       QStringLiteral("TABLE"), QStringLiteral("CAPTION"), QStringLiteral("BUTTON"),
+                                       QStringLiteral("OBJECT"), QStringLiteral("APPLET"), QStringLiteral("MARQUEE"),
+                                       QStringLiteral("HTML")};
+    for (HtmlElement e = container_p; !e.isNull(); e = e.parentElement()) {
+        const QString tag = e.tagName();
+        if (tag == QLatin1String("P"))
+            return page_p.createElement(QStringLiteral("SPAN"));
+        if (tag.isEmpty() || bounds.contains(tag))
+            break;
+    }
+    MError::ClearError();
+    return page_p.createElement(QStringLiteral("DIV"));
+}
+
 // Going back: the area's content stays where it stood, without the area.
 void CMSLockCommands::Unwrap(HtmlElement &area_p)
 {
@@ -193,8 +218,9 @@ long CMSLockCommands::UnlockArea(CDocument &doc_p, HtmlTextRange range_p)
 {
     HtmlDocument page;
     doc_p.GetDocument(page);
-    HtmlElement area = range_p.isNull() || range_p.text().isEmpty() ? HtmlElement()
-                                                                     : range_p.surroundWith(page.createElement(QStringLiteral("DIV")));
+    HtmlElement area = range_p.isNull() || range_p.text().isEmpty()
+                           ? HtmlElement()
+                           : range_p.surroundWith(NewArea(page, range_p.parentElement()));
     if (area.isNull() || !area.isConnected()) {
         MError::ClearError();
         UserQuestions::MsgBox(L(txtNotUnlocked), UserQuestions::vbExclamation, L(txtAdminTitle));
@@ -216,7 +242,7 @@ long CMSLockCommands::LockSubArea(CDocument &doc_p, HtmlTextRange range_p)
     doc_p.GetDocument(page);
     if (range_p.isNull() || range_p.text().isEmpty())
         return -1;
-    HtmlElement area = range_p.surroundWith(page.createElement(QStringLiteral("DIV")));
+    HtmlElement area = range_p.surroundWith(NewArea(page, range_p.parentElement()));
     if (area.isNull())
         return 0;
     area.setAttribute(kMark, QStringLiteral("0"));
@@ -236,7 +262,7 @@ long CMSLockCommands::UnlockObject(CDocument &doc_p, HtmlElement object_p)
 {
     HtmlDocument page;
     doc_p.GetDocument(page);
-    HtmlElement area = object_p.insertAdjacentElement(QStringLiteral("beforeBegin"), page.createElement(QStringLiteral("DIV")));
+    HtmlElement area = object_p.insertAdjacentElement(QStringLiteral("beforeBegin"), NewArea(page, object_p.parentElement()));
     if (area.isNull())
         return 0;
     area.appendChild(object_p);

@@ -4,6 +4,7 @@
 #include "platform/HtmlTextRange.h"
 
 class CDocument;
+class HtmlDocument;
 class QWidget;
 class frmMenu;
 
@@ -51,4 +52,5 @@ private:
     static bool LooksGood();
     static void PrepareArea(HtmlElement &area_p, const QString &strPage_p);
     static void Unwrap(HtmlElement &area_p);
+    static HtmlElement NewArea(HtmlDocument &page_p, HtmlElement container_p);
 };

@@ -192,7 +192,7 @@ TEST_F(CMSUserGui, AnObjectUnlockedAndWordsLockedInsideAnAreaAreSavedWithTheirMa
         QStringLiteral("<div keldaedit=\"1\" style=\"display: inline; overflow: hidden; height: \\d+px; width: \\d+px\">"
                        "<input id=\"field\" value=\"name\"></div>"))));
     EXPECT_TRUE(saved.contains(QStringLiteral(
-        "<p id=\"inside\">Inside <div keldaedit=\"0\" style=\"display: inline; overflow: hidden\">words</div> here</p>")));
+        "<p id=\"inside\">Inside <span keldaedit=\"0\" style=\"display: inline; overflow: hidden\">words</span> here</p>")));
     EXPECT_TRUE(saved.contains(QStringLiteral("<body><p id=\"outside\">Outside</p><div id=\"area\" keldaedit=\"1\">"
                                               "<p id=\"inside\">")));
     for (const char *frame : {"border", "dashed", "contenteditable"})
