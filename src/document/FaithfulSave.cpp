@@ -317,7 +317,7 @@ long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString
             match[i] = -1;
     }
     PairTags(match, now, engineView);
-    SlideInsertions(match, now);
+    SlideInsertions(match, now, engineView);
     QString out;
     out.reserve(m_source.size() + 1024);
     QHash<qsizetype, quint64> written; // where each region of the result starts, and its key
@@ -414,17 +414,26 @@ void FaithfulSave::PairTags(std::vector<int> &match, const QList<PageToken> &now
     }
 }
 
-// An inserted run whose first token equals the token behind it (or whose
-// last equals the one before it) could stand one token later (earlier)
-// just as well. It is moved to where it starts with no end tag and ends
-// with no start tag: a row put in above the first goes before the
-// author's <TR> whole, not behind it as the end of a new row followed by a
-// <tr> of the engine's for the author's cells.
-void FaithfulSave::SlideInsertions(std::vector<int> &match, const QList<PageToken> &now) const
+// An inserted run whose first token is like the token behind it (or whose
+// last is like the one before it) could stand one token later (earlier)
+// just as well; two start tags of one element are alike, the one before
+// the run then being the changed one. The run is moved to where it starts
+// with no end tag and ends with no start tag: a row put in above the first
+// goes before the author's <TR> whole, not behind it as the end of a new
+// row followed by a <tr> of the engine's for the author's cells, and a
+// cell of his that changed in the same save keeps his tag.
+void FaithfulSave::SlideInsertions(std::vector<int> &match, const QList<PageToken> &now, const QString &view) const
 {
     const int sizeA = int(m_viewTokens.size());
     const auto whole = [&now](int b0, int b1) {
         return now[b0].kind != PageToken::EndTag && now[b1 - 1].kind != PageToken::StartTag;
+    };
+    const auto alike = [&now, &view](int x, int y) {
+        if (now[x].kind == PageToken::Script)
+            return false; // a region and the user's copy of it are not to be swapped
+        return now[x].key == now[y].key
+               || (now[x].kind == PageToken::StartTag && now[y].kind == PageToken::StartTag
+                   && PageTokenizer::TagName(view, now[x]) == PageTokenizer::TagName(view, now[y]));
     };
     for (const Hunk &hunk : Hunks(match, m_viewTokens, now)) {
         if (hunk.a0 != hunk.a1 || hunk.b0 == hunk.b1 || whole(hunk.b0, hunk.b1))
@@ -435,10 +444,10 @@ void FaithfulSave::SlideInsertions(std::vector<int> &match, const QList<PageToke
             int b0 = hunk.b0;
             int b1 = hunk.b1;
             while (!whole(b0, b1)) {
-                if (step < 0 && a > 0 && match[size_t(a - 1)] == b0 - 1 && now[b0 - 1].key == now[b1 - 1].key) {
+                if (step < 0 && a > 0 && match[size_t(a - 1)] == b0 - 1 && alike(b0 - 1, b1 - 1)) {
                     was.push_back({a - 1, b0 - 1});
                     match[size_t(a - 1)] = b1 - 1;
-                } else if (step > 0 && a < sizeA && match[size_t(a)] == b1 && now[b1].key == now[b0].key) {
+                } else if (step > 0 && a < sizeA && match[size_t(a)] == b1 && alike(b1, b0)) {
                     was.push_back({a, b1});
                     match[size_t(a)] = b0;
                 } else {

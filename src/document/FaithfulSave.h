@@ -93,7 +93,7 @@ private:
     long CheckMapping(QString &reason) const;
     static QList<Hunk> Hunks(const std::vector<int> &match, const QList<PageToken> &a, const QList<PageToken> &b);
     void PairTags(std::vector<int> &match, const QList<PageToken> &now, const QString &view) const;
-    void SlideInsertions(std::vector<int> &match, const QList<PageToken> &now) const;
+    void SlideInsertions(std::vector<int> &match, const QList<PageToken> &now, const QString &view) const;
     bool Place(const Hunk &hunk, const QString &view, const QList<PageToken> &tokens, qsizetype &start,
                qsizetype &end, QString &text, QHash<qsizetype, quint64> &regionsAt) const;
     QString NewText(const QString &view, const QList<PageToken> &tokens, int from, int to,

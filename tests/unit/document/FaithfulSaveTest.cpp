@@ -274,4 +274,14 @@ TEST(FaithfulSave, InsertedRowsAndCellsGoInWhole)
                                           "</tbody></table></body></html>");
     EXPECT_EQ(spliced(source, atEdit, atSave).toStdString(),
               "<TABLE BORDER=1>\n<!-- r1 -->\n<tr><td>&nbsp;</td><td>&nbsp;</td></tr><TR>\n <td>&nbsp;</td><TD>a</TD>\n</TR>\n</TABLE>");
+
+    // The same above a row whose first cell got a colour, with nothing
+    // between the tags to tell the rows apart.
+    EXPECT_EQ(spliced("<TABLE BORDER=1><TR><TD>a</TD></TR></TABLE>",
+                      QStringLiteral("<html><head></head><body><table border=\"1\"><tbody><tr><td>a</td></tr></tbody></table>"
+                                     "</body></html>"),
+                      QStringLiteral("<html><head></head><body><table border=\"1\"><tbody><tr><td>&nbsp;</td></tr>"
+                                     "<tr><td bgcolor=\"red\">a</td></tr></tbody></table></body></html>"))
+                  .toStdString(),
+              "<TABLE BORDER=1><tr><td>&nbsp;</td></tr><TR><TD bgcolor=\"red\">a</TD></TR></TABLE>");
 }
