@@ -212,7 +212,7 @@ TEST(FaithfulSave, EditedCopiedAndDeletedBlocksAreWrittenAsTheUserLeftThem)
 
 // A table written by hand, after one session of the table dialog: new
 // attributes on the table (two at once), a merge in the first row and
-// that row's height. The views are the engine's own serialisations. The
+// that row's height. The tables are as the engine serialised them. The
 // new attributes go in as the engine ordered them, and the changed tags
 // keep the author's spelling of what did not change.
 TEST(FaithfulSave, TableDialogChangesKeepTheAuthorsTags)
@@ -240,26 +240,6 @@ TEST(FaithfulSave, TableDialogChangesKeepTheAuthorsTags)
                                      "</tbody></table></body></html>"))
                   .toStdString(),
               "<TABLE WIDTH=\"90%\" BORDER=1><TR><TD>x</TABLE>");
-}
-
-// The first row of a table without <tbody> deleted, with comments between
-// the rows: the engine keeps the white space on both sides of its implied
-// <tbody>, the file has it in one piece. The rest of the save (a merge,
-// the row's height, the border) goes in as the author wrote the table.
-TEST(FaithfulSave, DeletedRowBesideAnImpliedTbody)
-{
-    const QByteArray source = "<html><body>\n<TABLE id=t BORDER=1 WIDTH=80%>\n<!-- r1 -->\n<TR>\n <TD id=a>a&nbsp;</TD>\n"
-                              " <TD id=b>b</TD>\n</TR>\n<!-- r2 -->\n<TR><TD id=c>c<TD id=d>d<TD id=f>f</TR>\n</TABLE>\n</body></html>\n";
-    const QString atEdit = QStringLiteral("<html><head></head><body>\n<table id=\"t\" border=\"1\" width=\"80%\">\n<!-- r1 -->\n"
-                                          "<tbody><tr>\n <td id=\"a\">a&nbsp;</td>\n <td id=\"b\">b</td>\n</tr>\n<!-- r2 -->\n"
-                                          "<tr><td id=\"c\">c</td><td id=\"d\">d</td><td id=\"f\">f</td></tr>\n</tbody></table>\n\n"
-                                          "</body></html>");
-    const QString atSave = QStringLiteral("<html><head></head><body>\n<table id=\"t\" border=\"0\" width=\"80%\">\n<!-- r1 -->\n"
-                                          "<tbody>\n<!-- r2 -->\n<tr height=\"30\"><td id=\"c\" colspan=\"2\">cd</td><td id=\"f\">f</td>"
-                                          "</tr>\n</tbody></table>\n\n</body></html>");
-    EXPECT_EQ(spliced(source, atEdit, atSave).toStdString(),
-              "<html><body>\n<TABLE id=t BORDER=\"0\" WIDTH=80%>\n<!-- r1 -->\n\n<!-- r2 -->\n"
-              "<TR height=\"30\"><TD id=c colspan=\"2\">cd<TD id=f>f</TR>\n</TABLE>\n</body></html>\n");
 }
 
 // A row put in above the first goes in whole before the author's row, and
