@@ -212,4 +212,29 @@ TEST_F(PageLocks, AUserWhoIsNoAdministratorReachesOnlyTheScriptBlocksInsideHisAr
     MGlobalProjectObjects::AdvancedUserSettings = settings;
     ASSERT_EQ(Q::ShownSoFar().size(), 1);
     EXPECT_TRUE(Q::ShownSoFar()[0].text.startsWith(QStringLiteral("This object contains code written in ASP.")));
+
+    // His keys can't take a block in his area apart: Backspace right
+    // behind it, and a key typed over a selection that holds it, leave the
+    // block and its marks whole. The key typed next shows the keys came in.
+    const auto select = [this](const char *script) {
+        PageScriptCall::run(page.screen.browser.page(),
+                            QStringLiteral("(() => { const p = document.getElementById('inside'); p.closest('[contenteditable]').focus();"
+                                           " const r = document.createRange(); r.selectNodeContents(p); %1;"
+                                           " getSelection().removeAllRanges(); getSelection().addRange(r); return true; })()")
+                                .arg(QLatin1String(script)),
+                            QString());
+    };
+    const QString block = QStringLiteral("<!--keldaspIN#00002--><span data-keldasp=\"00002\" contenteditable=\"false\">ten</span>"
+                                         "<!--keldaspOUT#00002-->");
+    select("r.collapse(false)");
+    page.keys(Qt::Key_Backspace);
+    page.keys(Qt::Key_Z);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([this] { return page.byId(QStringLiteral("inside")).innerText().endsWith(QLatin1Char('z')); }, 5000));
+    EXPECT_EQ(page.byId(QStringLiteral("inside")).innerHTML(), QStringLiteral("Cost ") + block + QLatin1Char('z'));
+    select("");
+    page.keys(Qt::Key_Q);
+    select("r.collapse(false)");
+    page.keys(Qt::Key_Y);
+    ASSERT_TRUE(PageScriptCall::pumpUntil([this] { return page.byId(QStringLiteral("inside")).innerText().endsWith(QLatin1Char('y')); }, 5000));
+    EXPECT_TRUE(page.byId(QStringLiteral("inside")).innerHTML().contains(block));
 }
