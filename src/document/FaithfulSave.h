@@ -28,12 +28,17 @@
 //     Edit. Each run of tokens that changed is put in place of the source
 //     bytes of the tokens it replaces; an insertion goes behind the source
 //     of the token before it. A tag whose attributes changed keeps its own
-//     spelling and gets only the changed values. Script in the new text is
-//     copied from the source, never taken from the engine.
+//     spelling and gets only the changed values, also where what follows
+//     it changed too (start tags of one element are lined up by name
+//     inside a changed run). An insertion that could stand a token earlier
+//     or later goes where it is whole: a new row before the author's <TR>,
+//     not inside it. Script in the new text is copied from the source,
+//     never taken from the engine.
 //  3. The result is checked twice before anything is sent: ScriptGuard
 //     compares its script with the original's, and the result is lined up
 //     with the engine's view once more: it must match that view at least
-//     as well as the original matched the view at Edit.
+//     as well as the original matched the view at Edit (white space between
+//     two tags left out of both counts).
 //
 // New text is written in the page's charset; characters it lacks become
 // numeric references. Everything else keeps its bytes.
