@@ -80,10 +80,11 @@ QString CHTMLTable::ShowMenu(const QPoint &at)
     return menu.PopupMenu(QStringLiteral("mnuHTMLText"), at);
 }
 
-// The row is the cell's parent and the table the parent of the row's
-// section. The document is dirty afterwards even where the user stopped
-// at a warning: the engine may have acted before the question.
-long CHTMLTable::RunCommand(const QString &position, Command command, long rowStep, long cellStep)
+// The row is the cell's parent and the table the one found for the cell,
+// which also holds for a row that sits in the table without a section.
+// The document is dirty afterwards even where the user stopped at a
+// warning: the engine may have acted before the question.
+long CHTMLTable::RunCommand(const QString &position, Command command, long cellStep)
 {
     if (!m_boolInTable)
         return 1;
@@ -92,11 +93,11 @@ long CHTMLTable::RunCommand(const QString &position, Command command, long rowSt
         MError::SetErrorIfClear(91, QStringLiteral("Object variable not set"), position);
     } else {
         const HtmlElement row = m_Cell.parentElement();
-        TableElement table(row.parentElement().parentElement());
+        TableElement table(m_Table);
         const long rowIndex = row.property(QStringLiteral("rowIndex")).toLongLong();
         const long cellIndex = m_Cell.property(QStringLiteral("cellIndex")).toLongLong();
         if (MError::ErrorNumber() == 0)
-            result = command(table, rowIndex + rowStep, cellIndex + cellStep);
+            result = command(table, rowIndex, cellIndex + cellStep);
         if (m_Document)
             m_Document->SetDirty();
     }
@@ -109,32 +110,32 @@ long CHTMLTable::RunCommand(const QString &position, Command command, long rowSt
 
 long CHTMLTable::m_mnuTblInsertRowAbove_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowAbove_Click"), &insertTableRow, 0, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowAbove_Click"), &insertTableRowAbove, 0);
 }
 
 long CHTMLTable::m_mnuTblInsertRowBelow_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowBelow_Click"), &insertTableRow, 1, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowBelow_Click"), &insertTableRowBelow, 0);
 }
 
 long CHTMLTable::m_mnuTblInsertColLeft_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColLeft_Click"), &insertTableCol, 0, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColLeft_Click"), &insertTableCol, 0);
 }
 
 long CHTMLTable::m_mnuTblInsertColRight_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColRight_Click"), &insertTableCol, 0, 1);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColRight_Click"), &insertTableCol, 1);
 }
 
 long CHTMLTable::m_mnuTblDeleteRow_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteRow_Click"), &deleteTableRow, 0, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteRow_Click"), &deleteTableRow, 0);
 }
 
 long CHTMLTable::m_mnuTblDeleteCol_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteCol_Click"), &deleteTableCol, 0, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteCol_Click"), &deleteTableCol, 0);
 }
 
 // The dialog changes the page as the user goes; its dirty flag says
@@ -172,9 +173,20 @@ long CHTMLTable::checkTable(TableElement &table, long &lSmallest_p, long &lLarge
     return 1;
 }
 
+long CHTMLTable::insertTableRowAbove(TableElement &table, long lRowIndex_p, long)
+{
+    return insertTableRow(table, lRowIndex_p, false);
+}
+
+long CHTMLTable::insertTableRowBelow(TableElement &table, long lRowIndex_p, long)
+{
+    return insertTableRow(table, lRowIndex_p, true);
+}
+
 // The new row takes as many cells as the row above it, or at the top as
-// the old first row.
-long CHTMLTable::insertTableRow(TableElement &table, long lRowIndex_p, long)
+// the old first row. The rows' order here is the order they are shown in
+// (head, bodies, foot), so the row above is the one the user sees above.
+long CHTMLTable::insertTableRow(TableElement &table, long lRowIndex_p, bool below)
 {
     long smallest = 1, largest = 1;
     if (!checkTable(table, smallest, largest))
@@ -182,8 +194,8 @@ long CHTMLTable::insertTableRow(TableElement &table, long lRowIndex_p, long)
     if (smallest != largest && !GoOnWithUnevenTable(Text(18016) + QLatin1Char('\n') + Text(18017)))
         return 1;
     const QList<long> counts = table.CellCounts();
-    const long neighbour = lRowIndex_p == 0 ? counts.value(0) : counts.value(lRowIndex_p - 1);
-    table.InsertRow(lRowIndex_p, neighbour);
+    const long above = below ? lRowIndex_p : lRowIndex_p - 1;
+    table.InsertRowBeside(lRowIndex_p, below, counts.value(std::max(above, 0L)));
     return MError::ErrorNumber() == 0 ? 1 : 0;
 }
 

@@ -48,14 +48,18 @@ public:
     long m_mnuTblProperties_Click();
 
     static long checkTable(TableElement &table, long &lSmallest_p, long &lLargest_p);
-    static long insertTableRow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    // The caret's row is lRowIndex_p; the new row goes next to it in its
+    // own section (head, body or foot).
+    static long insertTableRowAbove(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    static long insertTableRowBelow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
     static long insertTableCol(TableElement &table, long lRowIndex_p, long lCellIndex_p);
     static long deleteTableRow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
     static long deleteTableCol(TableElement &table, long lRowIndex_p, long lCellIndex_p);
 
 private:
     using Command = long (*)(TableElement &, long, long);
-    long RunCommand(const QString &position, Command command, long rowStep, long cellStep);
+    static long insertTableRow(TableElement &table, long lRowIndex_p, bool below);
+    long RunCommand(const QString &position, Command command, long cellStep);
 
     CDocument *m_Document = nullptr;
     HtmlElement m_Cell;

@@ -33,12 +33,18 @@ QList<long> TableElement::CellCounts() const
     return counts;
 }
 
-HtmlElement TableElement::InsertRow(long rowIndex, long cells)
+// The row goes into the section of the row it stands next to: the table's
+// own insertRow counts the footer's rows last whatever their place in the
+// file, so a row put below the last body row of a table whose TFOOT comes
+// first would land in the footer (or, with several TBODYs, at the top of
+// the next one).
+HtmlElement TableElement::InsertRowBeside(long rowIndex, bool below, long cells)
 {
-    const int handle = Run(QStringLiteral("const r = t.insertRow(a[0]);"
-                                          "for (let i = 0; i < a[1]; i++) r.insertCell().innerHTML = '&nbsp;';"
+    const int handle = Run(QStringLiteral("const ref = t.rows[a[0]], p = ref.parentNode, at = a[1] ? 1 : 0;"
+                                          "const r = p === t ? t.insertRow(ref.rowIndex + at) : p.insertRow(ref.sectionRowIndex + at);"
+                                          "for (let i = 0; i < a[2]; i++) r.insertCell().innerHTML = '&nbsp;';"
                                           "return K.id(r);"),
-                           {qlonglong(rowIndex), qlonglong(cells)}, QStringLiteral("TableElement.InsertRow"))
+                           {qlonglong(rowIndex), below, qlonglong(cells)}, QStringLiteral("TableElement.InsertRowBeside"))
                            .toInt();
     return handle ? HtmlElement(m_table.browser(), handle) : HtmlElement();
 }

@@ -18,9 +18,10 @@ public:
 
     // cells.length of each row, in the order of the table's rows.
     QList<long> CellCounts() const;
-    // A new row at the index with the given number of cells, each holding
-    // a non-breaking space; gives the row.
-    HtmlElement InsertRow(long rowIndex, long cells);
+    // A new row right above or below the row at the index, in that row's
+    // own section, with the given number of cells, each holding a
+    // non-breaking space; gives the row.
+    HtmlElement InsertRowBeside(long rowIndex, bool below, long cells);
     // A new cell holding a non-breaking space in the row, at the position
     // (-1 at its end).
     HtmlElement InsertCell(long rowIndex, long position);

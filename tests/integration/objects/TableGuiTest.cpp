@@ -218,6 +218,15 @@ void clickArrow(QWidget *dialog, const char *name)
     QTest::mouseClick(dialog->findChild<QAbstractButton *>(QString::fromLatin1(name)), Qt::LeftButton);
 }
 
+// A box emptied as a user empties it: all of it selected and deleted.
+void empty(QWidget *dialog, const char *box)
+{
+    auto *edit = dialog->findChild<QLineEdit *>(QString::fromLatin1(box));
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Backspace);
+}
+
 // The changes one session of the properties dialog opened on cell c
 // makes: the table's, a merge, the cell's color and picture, its row's
 // height; each seen in the page while the dialog is still open.
@@ -331,7 +340,8 @@ TEST_F(Tables, CancelOfThePropertiesLeavesTheTableByteForByte)
 // comments and odd white space between rows, cells without end tags, a
 // space that is a character reference. Its first row deleted, then one
 // session of the properties dialog on the new first row: two attributes
-// new to the table's tag, its border, a merge and the row's height. The
+// new to the table's tag, its border, its width emptied, a merge and the
+// row's height. The
 // file keeps the author's bytes everywhere but in those values.
 TEST_F(Tables, HandWrittenTableKeepsItsMarkupThroughSeveralChangesInOneSave)
 {
@@ -342,6 +352,7 @@ TEST_F(Tables, HandWrittenTableKeepsItsMarkupThroughSeveralChangesInOneSave)
         keyInList(dialog, "cmbAlignment", Qt::Key_Up);
         clickArrow(dialog, "UpDownCellPaddingUp");
         type(dialog, "txtLineSize", QStringLiteral("3"));
+        empty(dialog, "txtTableWidth");
         click(dialog, "cmdMergeColsRight");
         type(dialog, "txtRowHeight", QStringLiteral("40"));
         click(dialog, "cmdOk");
@@ -351,9 +362,35 @@ TEST_F(Tables, HandWrittenTableKeepsItsMarkupThroughSeveralChangesInOneSave)
     const QByteArray saved = save_test::serverFile(m_path);
     EXPECT_EQ(saved.mid(saved.indexOf("<body>")).toStdString(),
               (kHead.mid(kHead.indexOf("<body>"))
-               + "<TABLE BORDER=\"3\"  WIDTH=80% id=t align=\"left\" cellpadding=\"1\">\n<!-- first row -->\n\n"
+               + "<TABLE BORDER=\"3\" id=t align=\"left\" cellpadding=\"1\">\n<!-- first row -->\n\n"
                  "<!-- second row -->\n<TR height=\"40\"><TD id=c ALIGN=right colspan=\"2\">c&amp;dd</TR>\n"
                  "<!-- third row -->\n<TR><TD>e&nbsp;<TD>f</TR>\n</TABLE>"
                + kTail)
                   .toStdString());
+}
+
+// A head, a foot written before the bodies and two bodies: rows put in
+// below the last row of each body stay in that body, and a column reaches
+// every section. An emptied border box takes the border off. Everything
+// else keeps the author's markup.
+TEST_F(Tables, RowsGoIntoTheSectionOfTheRowTheyWerePutNextTo)
+{
+    open("<table id=\"t\" border=\"1\">\n<THEAD><tr><th>h1</th><th>h2</th></tr></THEAD>\n"
+         "<TFOOT><tr><td>f1</td><td>f2</td></tr></TFOOT>\n<TBODY><tr><td id=\"a1\">a1</td><td>a2</td></tr></TBODY>\n"
+         "<TBODY><tr><td id=\"b1\">b1</td><td>b2</td></tr>\n<tr><td id=\"c1\">c1</td><td>c2</td></tr></TBODY>\n</table>");
+    pick(QStringLiteral("a1"), QStringLiteral("mnuTblInsertRowBelow"));
+    pick(QStringLiteral("c1"), QStringLiteral("mnuTblInsertRowBelow"));
+    pick(QStringLiteral("b1"), QStringLiteral("mnuTblInsertRowAbove"));
+    pick(QStringLiteral("c1"), QStringLiteral("mnuTblInsertColRight"));
+    onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
+        empty(dialog, "txtLineSize");
+        click(dialog, "cmdOk");
+    });
+    pick(QStringLiteral("a1"), QStringLiteral("mnuTblProperties"));
+    const std::string row = "<tr><td>&nbsp;</td><td>&nbsp;</td><td>&nbsp;</td></tr>";
+    EXPECT_EQ(savedTable(), "<table id=\"t\">\n<THEAD><tr><th>h1</th><td>&nbsp;</td><th>h2</th></tr></THEAD>\n"
+                            "<TFOOT><tr><td>f1</td><td>&nbsp;</td><td>f2</td></tr></TFOOT>\n"
+                            "<TBODY><tr><td id=\"a1\">a1</td><td>&nbsp;</td><td>a2</td></tr>" + row + "</TBODY>\n"
+                            "<TBODY>" + row + "<tr><td id=\"b1\">b1</td><td>&nbsp;</td><td>b2</td></tr>\n"
+                            "<tr><td id=\"c1\">c1</td><td>&nbsp;</td><td>c2</td></tr>" + row + "</TBODY>\n</table>");
 }
