@@ -101,12 +101,17 @@ inline void click(QWidget *dialog, const char *button)
     QTest::mouseClick(dialog->findChild<QPushButton *>(QString::fromLatin1(button)), Qt::LeftButton);
 }
 
-// Types into a box of the dialog over what it holds.
+// Types into a box of the dialog over what it holds. No text empties the
+// box with the Delete key, as a user does: typing nothing over the
+// selection would send no key, and the box would keep its text unedited.
 inline void type(QWidget *dialog, const char *box, const QString &text)
 {
     auto *edit = dialog->findChild<QLineEdit *>(QString::fromLatin1(box));
     edit->selectAll();
-    QTest::keyClicks(edit, text);
+    if (text.isEmpty())
+        QTest::keyClick(edit, Qt::Key_Delete);
+    else
+        QTest::keyClicks(edit, text);
 }
 
 inline bool waitFor(const std::function<bool()> &done, int ms = 20000)

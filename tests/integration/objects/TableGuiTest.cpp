@@ -218,15 +218,6 @@ void clickArrow(QWidget *dialog, const char *name)
     QTest::mouseClick(dialog->findChild<QAbstractButton *>(QString::fromLatin1(name)), Qt::LeftButton);
 }
 
-// A box emptied as a user empties it: all of it selected and deleted.
-void empty(QWidget *dialog, const char *box)
-{
-    auto *edit = dialog->findChild<QLineEdit *>(QString::fromLatin1(box));
-    edit->setFocus();
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Backspace);
-}
-
 // The changes one session of the properties dialog opened on cell c
 // makes: the table's, a merge, the cell's color and picture, its row's
 // height; each seen in the page while the dialog is still open.
@@ -352,7 +343,7 @@ TEST_F(Tables, HandWrittenTableKeepsItsMarkupThroughSeveralChangesInOneSave)
         keyInList(dialog, "cmbAlignment", Qt::Key_Up);
         clickArrow(dialog, "UpDownCellPaddingUp");
         type(dialog, "txtLineSize", QStringLiteral("3"));
-        empty(dialog, "txtTableWidth");
+        type(dialog, "txtTableWidth", QString());
         click(dialog, "cmdMergeColsRight");
         type(dialog, "txtRowHeight", QStringLiteral("40"));
         click(dialog, "cmdOk");
@@ -383,7 +374,7 @@ TEST_F(Tables, RowsGoIntoTheSectionOfTheRowTheyWerePutNextTo)
     pick(QStringLiteral("b1"), QStringLiteral("mnuTblInsertRowAbove"));
     pick(QStringLiteral("c1"), QStringLiteral("mnuTblInsertColRight"));
     onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
-        empty(dialog, "txtLineSize");
+        type(dialog, "txtLineSize", QString());
         click(dialog, "cmdOk");
     });
     pick(QStringLiteral("a1"), QStringLiteral("mnuTblProperties"));
