@@ -262,7 +262,10 @@ TEST_F(SiteTreeTest, ACancelledDownloadLeavesNoPartOfAFile)
     });
     QTemporaryDir target;
     // Pressed while a file is coming in after one has landed: the file
-    // being written stands beside its place under a hidden work name.
+    // being written stands beside its place under a hidden work name. The
+    // server holds back its answer to the third file, so that moment lasts
+    // however fast the others come.
+    servers().setFtpFaults({{QStringLiteral("stall_on"), QStringLiteral("^RETR big3")}});
     QTimer cancel;
     bool pressed = false;
     QObject::connect(&cancel, &QTimer::timeout, [&] {
@@ -280,6 +283,7 @@ TEST_F(SiteTreeTest, ACancelledDownloadLeavesNoPartOfAFile)
     hands.key(QStringLiteral("st"), Qt::Key_Right);
     servers().clearFtpLog();
     hands.pick(QStringLiteral("st/big"), QStringLiteral("mnuTVFolderCopyFolderToDrive"));
+    servers().clearFtpFaults();
     TransferStatusWindow::InstallFactory(nullptr);
     EXPECT_TRUE(pressed);
     const QStringList landed = filesBelow(target.path());
