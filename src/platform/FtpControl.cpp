@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -39,7 +40,8 @@ struct FtpControl::Call
     bool longListing = false;
     bool machineListing = false;  // MLSD: facts and a name on each line
     bool skippingLine = false;    // the rest of an over-long listing line
-    std::unique_ptr<QSaveFile> target; // the local file of a Download
+    std::unique_ptr<QSaveFile> saveFile; // the local file of a Download by name
+    QIODevice *target = nullptr;  // where a Download's bytes go
     std::unique_ptr<QFile> source;     // the local file of an Upload
     QByteArray pending;           // a listing line not yet ended
     bool pendingCr = false;       // ASCII download: a CR at the end of a chunk
@@ -490,6 +492,26 @@ void FtpControl::post(std::function<void()> event)
         this, [guard, event] { if (guard) event(); }, Qt::QueuedConnection);
 }
 
+// The signals are emitted on the caller's thread, whichever thread the
+// call runs on: their receivers are windows.
+void FtpControl::announce(void (FtpControl::*signal)())
+{
+    if (!onWorker()) {
+        emit(this->*signal)();
+        return;
+    }
+    post([this, signal] { emit(this->*signal)(); });
+}
+
+void FtpControl::RunBatch(const std::function<void()> &calls)
+{
+    m_abort = false;
+    m_batch = true;
+    m_worker.run(calls);
+    m_batch = false;
+    m_abort = false;
+}
+
 QString FtpControl::folderPath(const QString &folder) const
 {
     QString path = folder.isEmpty() ? QStringLiteral("/") : folder;
@@ -628,17 +650,19 @@ QString FtpControl::base() const
 long FtpControl::perform(Call &call, const QString &url,
                          const std::function<void(CURL *)> &configure)
 {
-    if (m_busy)
+    if (m_busy || (m_batch && !onWorker()))
         return fail(ControlError::Busy, QStringLiteral("Another call is running."));
     if (!Passive && FirewallType != 0)
         return fail(ControlError::FirewallRefused, FirewallFailure::ActiveModeRefused());
-    if (refusedLogons().contains(logonKey())) {
+    if (logonRefused(logonKey())) {
         m_connected = false;
         return fail(ControlError::LoginRefused,
                     QStringLiteral("530 This user name and password were refused before; they are not tried again."));
     }
     m_busy = true;
-    m_abort = false;
+    // In a series an Abort asked between two calls ends the next one.
+    if (!m_batch)
+        m_abort = false;
     m_errorNumber = 0;
     m_errorDescription.clear();
     call.self = this;
@@ -650,7 +674,10 @@ long FtpControl::perform(Call &call, const QString &url,
     if (Sftp)
         FtpCallbacks::trail(call, 0, call.sftpAction);
     CURLcode code = CURLE_OK;
-    m_worker.run([this, &code] { code = CURLcode(run()); });
+    if (onWorker())
+        code = CURLcode(run());
+    else
+        m_worker.run([this, &code] { code = CURLcode(run()); });
     if (Sftp)
         code = CURLcode(sftpAnswer(call, code));
     curl_easy_getinfo(m_curl, CURLINFO_NUM_CONNECTS, &m_newConnections);
@@ -663,12 +690,14 @@ long FtpControl::perform(Call &call, const QString &url,
     if (call.listing)
         FtpCallbacks::listLines(call, nullptr, 0, true);
     if (call.startUnsaid) // a file of no bytes
-        emit StartTransfer();
+        announce(&FtpControl::StartTransfer);
     if (call.started)
-        emit EndTransfer();
+        announce(&FtpControl::EndTransfer);
     m_busy = false;
     // Events the last callbacks posted reach the caller before the result.
-    QCoreApplication::sendPostedEvents(this);
+    // In a series they reach it in their order while the series goes on.
+    if (!onWorker())
+        QCoreApplication::sendPostedEvents(this);
     call.code = code;
     rememberType(call);
     return finish(call, code);
@@ -764,7 +793,7 @@ long FtpControl::finish(Call &call, int result)
     }
     if (code == CURLE_LOGIN_DENIED) {
         m_connected = false;
-        refusedLogons().insert(logonKey());
+        refuseLogon(logonKey());
         // A refused user name is the login refusal proper; a refused
         // password comes as a protocol failure that starts with the reply.
         const long number = call.lastCommand == QLatin1String("USER") ? ControlError::LoginRefused
@@ -832,7 +861,7 @@ long FtpControl::Logon()
 
 long FtpControl::Logoff()
 {
-    if (m_busy)
+    if (m_busy || m_batch)
         return fail(ControlError::Busy, QStringLiteral("Another call is running."));
     if (!m_connected)
         return 1;
@@ -1135,18 +1164,35 @@ long FtpControl::Upload()
 long FtpControl::Download()
 {
     Call call;
-    call.ascii = TransferMode == 1 && !Sftp;
-    call.sftpAction = QStringLiteral("get ") + SftpCommands::Absolute(RemoteFile, folderPath(m_path));
-    call.sftpSuccess = QStringLiteral("226 Received.");
     if (!LocalFile.isEmpty()) {
         if (!Overwrite && QFile::exists(LocalFile))
             return fail(ControlError::LocalFile, QStringLiteral("Local file exists: ") + LocalFile);
         // Written aside and put in place only when the whole file came, so
         // a failed download leaves the local file as it was.
-        call.target = std::make_unique<QSaveFile>(LocalFile);
-        if (!call.target->open(QIODevice::WriteOnly))
+        call.saveFile = std::make_unique<QSaveFile>(LocalFile);
+        if (!call.saveFile->open(QIODevice::WriteOnly))
             return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
+        call.target = call.saveFile.get();
     }
+    const long result = download(call);
+    if (call.saveFile && result == 1 && !call.saveFile->commit())
+        return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
+    return result;
+}
+
+long FtpControl::Download(QIODevice &into)
+{
+    Call call;
+    call.target = &into;
+    call.deliverData = false;
+    return download(call);
+}
+
+long FtpControl::download(Call &call)
+{
+    call.ascii = TransferMode == 1 && !Sftp;
+    call.sftpAction = QStringLiteral("get ") + SftpCommands::Absolute(RemoteFile, folderPath(m_path));
+    call.sftpSuccess = QStringLiteral("226 Received.");
     // libcurl would ask the SIZE between the PASV and the RETR; the end of
     // the data connection and the server's final reply tell a whole file.
     const long result = !Sftp && prepareType(call.ascii, RemoteFile) != 1
@@ -1154,12 +1200,8 @@ long FtpControl::Download()
                             : perform(call, urlFor(m_path, RemoteFile), [](CURL *h) {
                                   curl_easy_setopt(h, CURLOPT_IGNORE_CONTENT_LENGTH, 1L);
                               });
-    if (call.target) {
-        if (call.pendingCr)
-            call.target->write("\r");
-        if (result == 1 && !call.target->commit())
-            return fail(ControlError::LocalFile, QStringLiteral("Cannot write ") + LocalFile);
-    }
+    if (call.target && call.pendingCr)
+        call.target->write("\r");
     return result;
 }
 
@@ -1218,7 +1260,7 @@ long FtpControl::ListByStatus()
 
 void FtpControl::Abort()
 {
-    if (m_busy)
+    if (m_busy || m_batch)
         m_abort = true;
 }
 
@@ -1231,10 +1273,21 @@ QList<FtpControl *> &FtpControl::instances()
 
 quint64 FtpControl::s_abortSerial = 0;
 
-QSet<QByteArray> &FtpControl::refusedLogons()
+namespace {
+std::mutex g_refusedLock;
+QSet<QByteArray> g_refused;
+} // namespace
+
+bool FtpControl::logonRefused(const QByteArray &key)
 {
-    static QSet<QByteArray> refused;
-    return refused;
+    const std::lock_guard<std::mutex> lock(g_refusedLock);
+    return g_refused.contains(key);
+}
+
+void FtpControl::refuseLogon(const QByteArray &key)
+{
+    const std::lock_guard<std::mutex> lock(g_refusedLock);
+    g_refused.insert(key);
 }
 
 QByteArray FtpControl::logonKey() const

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QIODevice>
 #include <QObject>
 #include <QString>
 #include <QList>
@@ -115,6 +116,20 @@ public:
     long ListDirectoryMachine();
     long Upload();
     long Download();
+    // The file's bytes go straight into the device, written on the worker
+    // thread; the Transfer events tell only the count. Meant for a batch
+    // (RunBatch), whose caller then owns the device on that thread too.
+    long Download(QIODevice &into);
+    // Runs a series of calls on the control's worker thread in one piece:
+    // the calls inside follow one another without a hop to the caller's
+    // thread and back, which on a batch of small files costs more than
+    // their own work. The caller's thread keeps its event loop meanwhile
+    // and gets the events as usual; no call from it runs until the series
+    // is over (it fails as busy). An Abort in between ends the series'
+    // next call at once.
+    void RunBatch(const std::function<void()> &calls);
+    // An Abort was asked of the series running now, or of the call.
+    bool AbortAsked() const { return m_abort; }
     // Ends the running call with an error; the call returns at once after.
     void Abort();
     // Ends the running call of every control: the Cancel of a wait dialog,
@@ -166,6 +181,9 @@ private:
     QString folderPath(const QString &folder) const;
     QString resolvedPath(const QString &path) const;
     void post(std::function<void()> event);
+    void announce(void (FtpControl::*signal)());
+    long download(Call &call);
+    bool onWorker() const { return m_worker.IsCurrent(); }
     void resetHandle();
     int run();
     static bool NamesASocket(void *multi);
@@ -174,8 +192,10 @@ private:
     static quint64 s_abortSerial;
     // Log-ons the server refused in this run of the program, by a digest of
     // host, port, user and password: they are never tried again, as servers
-    // lock an account after a few failed log-ons.
-    static QSet<QByteArray> &refusedLogons();
+    // lock an account after a few failed log-ons. Calls of a series run on
+    // a worker thread while other controls log on: hence the lock.
+    static bool logonRefused(const QByteArray &key);
+    static void refuseLogon(const QByteArray &key);
     QByteArray logonKey() const;
 
     // Every call of the control runs on this one thread.
@@ -186,7 +206,8 @@ private:
     long m_newConnections = 0; // connections the last call had to open
     bool m_statusRefused = false; // STAT gives no listing on this connection
     char m_type = 0; // the connection's transfer type, 'A' or 'I'; 0 unknown
-    bool m_busy = false;
+    std::atomic<bool> m_busy{false};
+    std::atomic<bool> m_batch{false}; // a RunBatch series is running
     std::atomic<bool> m_abort{false};
     QString m_path;
     qint64 m_fileSize = 0;

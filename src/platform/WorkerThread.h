@@ -21,6 +21,9 @@ public:
     // Returns when the work has ended and every event it queued before
     // ending has been delivered on the calling thread.
     void run(const std::function<void()> &work);
+    // Whether the caller is the worker thread itself: work running there
+    // calls on without another hop.
+    bool IsCurrent() const { return std::this_thread::get_id() == m_thread.get_id(); }
 
 private:
     void loop();

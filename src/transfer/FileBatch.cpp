@@ -9,8 +9,13 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
+#include <cerrno>
 #include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace {
 QString Join(const QString &folder, const QString &name)
@@ -35,6 +40,18 @@ bool ReplyIs(const QString &reply, std::initializer_list<const char *> codes)
         if (reply.startsWith(QLatin1String(code)))
             return true;
     return false;
+}
+
+// What a batch does beside its calls (a question to the user, the error
+// log, the pending error, the status window) belongs to the window's
+// thread, also while a download runs on the control's worker thread: from
+// there it is handed over and waited for.
+void OnWindowThread(QObject &window, const std::function<void()> &work)
+{
+    if (QThread::currentThread() == window.thread())
+        work();
+    else
+        QMetaObject::invokeMethod(&window, work, Qt::BlockingQueuedConnection);
 }
 
 // A relative path of a batch that climbs out of its root is no path of it.
@@ -97,8 +114,39 @@ bool FileBatch::GoTo(const QString &folder)
 
 bool FileBatch::CancelPressed() const
 {
-    return (m_ftp.m_frmTransferStatus && m_ftp.m_frmTransferStatus->CancelPressed())
-        || m_ftp.m_failure.number == ControlError::Aborted;
+    if (m_ftp.m_failure.number == ControlError::Aborted || m_ftp.Ftp().AbortAsked())
+        return true;
+    bool pressed = false;
+    OnWindowThread(m_ftp, [&] { pressed = m_ftp.m_frmTransferStatus && m_ftp.m_frmTransferStatus->CancelPressed(); });
+    return pressed;
+}
+
+void FileBatch::Log(long number, const QString &text, const QString &position) const
+{
+    OnWindowThread(m_ftp, [&] { ErrorLog::Append(number, text, position); });
+}
+
+void FileBatch::FileError(const QString &text, const QString &position) const
+{
+    OnWindowThread(m_ftp, [&] { MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + text, position); });
+}
+
+void FileBatch::Fail(const QString &position) const
+{
+    OnWindowThread(m_ftp, [&] { m_ftp.Fail(position); });
+}
+
+// The name the status window shows for the file under way, set where the
+// window reads it, in turn with the transfer events.
+void FileBatch::ShowName(const QString &name) const
+{
+    CFTPS *ftp = &m_ftp;
+    if (!ftp->m_frmTransferStatus) // nobody shows it: no event for it
+        return;
+    if (QThread::currentThread() == ftp->thread())
+        ftp->m_strTransferName = name;
+    else
+        QMetaObject::invokeMethod(ftp, [ftp, name] { ftp->m_strTransferName = name; }, Qt::QueuedConnection);
 }
 
 // What a failed step means for the batch: a Cancel ends it (-1), a refusal
@@ -108,14 +156,14 @@ FileBatch::Step FileBatch::Judge(const QString &position)
 {
     const CFTPS::Failure &failure = m_ftp.m_failure;
     if (CancelPressed()) {
-        ErrorLog::Append(failure.number, failure.description, position);
+        Log(failure.number, failure.description, position);
         return Step::Cancelled;
     }
     if (failure.number == ControlError::Protocol && ReplyIs(failure.description, {"550", "521"})) {
-        ErrorLog::Append(failure.number, failure.description, position);
+        Log(failure.number, failure.description, position);
         return Step::Skipped;
     }
-    m_ftp.Fail(position);
+    Fail(position);
     return Step::Failed;
 }
 
@@ -239,35 +287,50 @@ long FileBatch::DownLoadFilesAndFolders(const QString &strRoot_p, const QList<FI
     lStatus_p = 1;
     if (items_p.isEmpty())
         return 1;
-    const QString position = QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders");
-    const QString first = items_p.first().strPath;
-    const QString root = first.left(first.lastIndexOf(QLatin1Char('/')) + 1);
     QString folder;
     if (Begin(items_p, strRoot_p, folder) != 1)
-        return End(m_ftp.Fail(position), lStatus_p);
+        return End(m_ftp.Fail(QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders")), lStatus_p);
     m_ftp.Ftp().TransferMode = 2;
-    for (const FILEITEM &item : items_p) {
+    // The files follow one another on the control's worker thread: a hop
+    // to the window's thread and back for each small file would cost more
+    // than the file. The window's thread keeps showing progress and takes
+    // a Cancel meanwhile.
+    long result = 1;
+    m_ftp.Ftp().RunBatch([&] { result = DownloadItems(items_p, strLocalTarget_p); });
+    return End(result, lStatus_p);
+}
+
+// 1 done, -1 cancelled, 0 failed (the error pending).
+long FileBatch::DownloadItems(const QList<FILEITEM> &items, const QString &target)
+{
+    const QString position = QStringLiteral("CSiteTreeView.DownLoadFilesAndFolders");
+    const QString first = items.first().strPath;
+    const QString root = first.left(first.lastIndexOf(QLatin1Char('/')) + 1);
+    for (const FILEITEM &item : items) {
+        // A Cancel that came between two files.
+        if (m_ftp.Ftp().AbortAsked())
+            return -1;
         if (item.strPath.isEmpty())
             continue;
         const QString relative = item.strPath.startsWith(root) ? item.strPath.mid(root.size()) : QString();
-        const QString local = StaysBelow(relative) ? LocalPathInside(strLocalTarget_p, relative) : QString();
+        const QString local = StaysBelow(relative) ? LocalPathInside(target, relative) : QString();
         if (local.isEmpty()) {
-            ErrorLog::Append(0, QStringLiteral("Not below the local folder: ") + item.strPath, position);
+            Log(0, QStringLiteral("Not below the local folder: ") + item.strPath, position);
             continue;
         }
         if (item.lType == 0) {
-            if (QDir().mkpath(local))
+            if (LocalFolder(local))
                 continue;
-            MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local, position);
-            return End(0, lStatus_p);
+            FileError(local, position);
+            return 0;
         }
         const Step step = Download(WithStartingSlash(item.strPath), local, item.strName);
         if (step == Step::Cancelled)
-            return End(-1, lStatus_p);
+            return -1;
         if (step == Step::Failed)
-            return End(0, lStatus_p);
+            return 0;
     }
-    return End(1, lStatus_p);
+    return 1;
 }
 
 // A local file of that name is kept, replaced or joined by the new one
@@ -289,34 +352,24 @@ FileBatch::Step FileBatch::Download(const QString &remote, const QString &strLoc
     FtpControl &ftp = m_ftp.Ftp();
     if (!GoTo(remote.left(remote.lastIndexOf(QLatin1Char('/')))))
         return Judge(position);
-    QFile part(PartName(local));
-    if (!QDir().mkpath(QFileInfo(local).path()) || !part.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local + QStringLiteral(": ") + part.errorString(),
-                                position);
+    QFile part;
+    if (!LocalFolder(QFileInfo(local).path()) || !OpenPart(local, part)) {
+        FileError(local + QStringLiteral(": ") + part.errorString(), position);
         return Step::Failed;
     }
-    bool written = true;
-    const QMetaObject::Connection data =
-        QObject::connect(&ftp, &FtpControl::Transfer, [&](qint64, const QByteArray &text) {
-            if (written && part.write(text) != text.size()) {
-                written = false;
-                ftp.Abort();
-            }
-        });
-    m_ftp.m_strTransferName = name;
+    ShowName(name);
     ftp.RemoteFile = remote.mid(remote.lastIndexOf(QLatin1Char('/')) + 1);
     ftp.LocalFile.clear();
-    const bool done = m_ftp.Capture(ftp.Download());
-    QObject::disconnect(data);
+    const bool done = m_ftp.Capture(ftp.Download(part));
     // The last bytes reach the disk only here: a full disk may refuse them.
-    written = written && part.flush();
+    const bool written = part.error() == QFileDevice::NoError && part.flush();
     const QString why = part.errorString();
     part.close();
     if (done && written && PutInPlace(part.fileName(), local, replace))
         return Step::Done;
     part.remove();
     if (done || !written) {
-        MError::SetErrorIfClear(75, QStringLiteral("Path/File access error: ") + local + QStringLiteral(": ") + why, position);
+        FileError(local + QStringLiteral(": ") + why, position);
         return Step::Failed;
     }
     return Judge(position);
@@ -326,13 +379,17 @@ FileBatch::Step FileBatch::Download(const QString &remote, const QString &strLoc
 // hold a free name, or replace be set), or the step that ends the item.
 FileBatch::Step FileBatch::Settle(QString &local, bool &replace, const QString &position)
 {
-    const QFileInfo there(local);
-    if (!there.exists() && !there.isSymLink())
+    // One look at the name itself, a link or not: most names are free.
+    struct stat status;
+    if (::lstat(QFile::encodeName(local).constData(), &status) != 0 && errno == ENOENT)
         return Step::Done;
+    const QFileInfo there(local);
     // Only a plain file is offered for replacing: never a folder, never
     // what a link points to.
     const QString free = FreeName(local);
-    const Existing answer = m_existing && there.isFile() && !there.isSymLink() ? m_existing(local, free) : Existing::Skip;
+    Existing answer = Existing::Skip;
+    if (m_existing && there.isFile() && !there.isSymLink())
+        OnWindowThread(m_ftp, [&] { answer = m_existing(local, free); });
     switch (answer) {
     case Existing::Replace:
         replace = true;
@@ -345,17 +402,34 @@ FileBatch::Step FileBatch::Settle(QString &local, bool &replace, const QString &
     case Existing::Skip:
         break;
     }
-    ErrorLog::Append(58, QStringLiteral("File already exists: ") + local, position);
+    Log(58, QStringLiteral("File already exists: ") + local, position);
     return Step::Skipped;
 }
 
 // A rename over a file swaps it in one step: the old file stands until the
-// new one takes its place.
+// new one takes its place. Else the rename refuses a name taken meanwhile,
+// in one call where the file system can.
 bool FileBatch::PutInPlace(const QString &part, const QString &local, bool replace)
 {
-    if (!replace)
-        return QFile::rename(part, local);
-    return ::rename(QFile::encodeName(part).constData(), QFile::encodeName(local).constData()) == 0;
+    const QByteArray from = QFile::encodeName(part);
+    const QByteArray to = QFile::encodeName(local);
+    if (replace)
+        return ::rename(from.constData(), to.constData()) == 0;
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    return (errno == EINVAL || errno == ENOSYS) && QFile::rename(part, local);
+}
+
+// Whether a local folder stands, made if need be. The folders of a batch
+// are made or found once: its files mostly share a few.
+bool FileBatch::LocalFolder(const QString &folder)
+{
+    if (m_localFolders.contains(folder))
+        return true;
+    if (!QDir().mkpath(folder))
+        return false;
+    m_localFolders.insert(folder);
+    return true;
 }
 
 QString FileBatch::FreeName(const QString &strLocal_p)
@@ -373,16 +447,21 @@ QString FileBatch::FreeName(const QString &strLocal_p)
     }
 }
 
-// A name beside the file that no listing gives (a listed name holds no
-// "/", and this one is new in the folder).
-QString FileBatch::PartName(const QString &local)
+// The file is written under a name beside it that no listing gives (a
+// listed name holds no "/", and this one is new in the folder): the first
+// of ".name.N.kelda-part" that is free.
+bool FileBatch::OpenPart(const QString &local, QFile &part)
 {
     const QFileInfo info(local);
-    for (int n = 0;; ++n) {
-        const QString part = info.path() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".%1.kelda-part").arg(n);
-        if (!QFileInfo::exists(part))
-            return part;
+    for (int n = 0; n < 1000; ++n) {
+        part.setFileName(info.path() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".%1.kelda-part").arg(n));
+        if (part.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+            return true;
+        // Another failure than a name taken ends the search.
+        if (!QFileInfo(part.fileName()).isSymLink() && !QFileInfo::exists(part.fileName()))
+            return false;
     }
+    return false;
 }
 
 QString FileBatch::LocalPathInside(const QString &strFolder_p, const QString &strRelative_p)

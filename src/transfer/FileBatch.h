@@ -10,6 +10,7 @@
 #include <functional>
 
 class CFTPS;
+class QFile;
 
 // Batches of files and folders on one session and under one progress
 // window: an upload of local files into a folder of the site, a delete of
@@ -55,14 +56,20 @@ private:
     long End(long result, long &lStatus_p);
     Step Upload(const QString &folder, const QString &relative, const FILEITEM &item);
     Step MakeFolder(const QString &folder, const QString &relative);
+    long DownloadItems(const QList<FILEITEM> &items, const QString &target);
     Step Download(const QString &remote, const QString &local, const QString &name);
     Step Settle(QString &local, bool &replace, const QString &position);
     static bool PutInPlace(const QString &part, const QString &local, bool replace);
     Step Judge(const QString &position);
     bool CancelPressed() const;
+    void Log(long number, const QString &text, const QString &position) const;
+    void FileError(const QString &text, const QString &position) const;
+    void Fail(const QString &position) const;
+    void ShowName(const QString &name) const;
     bool GoTo(const QString &folder);
     bool IsNew(const QString &folder, const QString &name);
-    static QString PartName(const QString &local);
+    static bool OpenPart(const QString &local, QFile &part);
+    bool LocalFolder(const QString &folder);
 
     CFTPS &m_ftp;
     bool m_wasRunning = false;
@@ -72,4 +79,6 @@ private:
     // through the whole replace.
     QHash<QString, QSet<QString>> m_names;
     ExistingFileQuestion m_existing;
+    // The local folders of a download that stand.
+    QSet<QString> m_localFolders;
 };
