@@ -79,6 +79,8 @@ long FileBatch::Begin(const QList<FILEITEM> &items, const QString &address, QStr
     for (const FILEITEM &item : items)
         total += double(item.lSize);
     m_ftp.SetBatch(true, total);
+    // A failure left by an earlier operation is no Cancel of this batch.
+    m_ftp.m_failure = {};
     m_wasRunning = m_ftp.m_boolRunning;
     m_ftp.m_boolRunning = true;
     QString file;
@@ -184,6 +186,10 @@ long FileBatch::CopyFilesAndFolders(const QString &strTarget_p, const QList<FILE
         return End(m_ftp.Fail(position), lStatus_p);
     m_ftp.Ftp().TransferMode = 2;
     for (const FILEITEM &item : items_p) {
+        // A Cancel confirmed after a file's transfer had ended: its question
+        // was open while the transfer ran to its end.
+        if (CancelPressed())
+            return End(-1, lStatus_p);
         QString relative = item.strPath.startsWith(root) ? item.strPath.mid(root.size()) : QString();
         relative.replace(QLatin1Char('\\'), QLatin1Char('/'));
         if (item.strName.isEmpty() && item.strPath.isEmpty())
