@@ -35,7 +35,7 @@ long CHTMLTable::Init(CDocument *CDocument_p, const HtmlElement &pointed)
     m_Cell = m_Table = HtmlElement();
     for (HtmlElement e = pointed; !e.isNull(); e = e.parentElement()) {
         const QString tag = e.tagName().toLower();
-        if (tag == QLatin1String("td")) {
+        if (tag == QLatin1String("td") || tag == QLatin1String("th")) {
             m_Cell = e;
             HtmlElement t = e.parentElement();
             while (!t.isNull() && t.tagName().toLower() != QLatin1String("table"))
@@ -84,7 +84,7 @@ QString CHTMLTable::ShowMenu(const QPoint &at)
 // which also holds for a row that sits in the table without a section.
 // The document is dirty afterwards even where the user stopped at a
 // warning: the engine may have acted before the question.
-long CHTMLTable::RunCommand(const QString &position, Command command, long cellStep)
+long CHTMLTable::RunCommand(const QString &position, Command command)
 {
     if (!m_boolInTable)
         return 1;
@@ -97,7 +97,7 @@ long CHTMLTable::RunCommand(const QString &position, Command command, long cellS
         const long rowIndex = row.property(QStringLiteral("rowIndex")).toLongLong();
         const long cellIndex = m_Cell.property(QStringLiteral("cellIndex")).toLongLong();
         if (MError::ErrorNumber() == 0)
-            result = command(table, rowIndex, cellIndex + cellStep);
+            result = command(table, rowIndex, cellIndex);
         if (m_Document)
             m_Document->SetDirty();
     }
@@ -110,32 +110,32 @@ long CHTMLTable::RunCommand(const QString &position, Command command, long cellS
 
 long CHTMLTable::m_mnuTblInsertRowAbove_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowAbove_Click"), &insertTableRowAbove, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowAbove_Click"), &insertTableRowAbove);
 }
 
 long CHTMLTable::m_mnuTblInsertRowBelow_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowBelow_Click"), &insertTableRowBelow, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertRowBelow_Click"), &insertTableRowBelow);
 }
 
 long CHTMLTable::m_mnuTblInsertColLeft_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColLeft_Click"), &insertTableCol, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColLeft_Click"), &insertTableCol);
 }
 
 long CHTMLTable::m_mnuTblInsertColRight_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColRight_Click"), &insertTableCol, 1);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblInsertColRight_Click"), &insertTableColRight);
 }
 
 long CHTMLTable::m_mnuTblDeleteRow_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteRow_Click"), &deleteTableRow, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteRow_Click"), &deleteTableRow);
 }
 
 long CHTMLTable::m_mnuTblDeleteCol_Click()
 {
-    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteCol_Click"), &deleteTableCol, 0);
+    return RunCommand(QStringLiteral("CHTMLTable.m_mnuTblDeleteCol_Click"), &deleteTableCol);
 }
 
 // The dialog changes the page as the user goes; its dirty flag says
@@ -199,8 +199,22 @@ long CHTMLTable::insertTableRow(TableElement &table, long lRowIndex_p, bool belo
     return MError::ErrorNumber() == 0 ? 1 : 0;
 }
 
-// A row with fewer cells than the index gets its new cell at its end.
 long CHTMLTable::insertTableCol(TableElement &table, long, long lCellIndex_p)
+{
+    return insertColumn(table, lCellIndex_p, lCellIndex_p);
+}
+
+long CHTMLTable::insertTableColRight(TableElement &table, long, long lCellIndex_p)
+{
+    return insertColumn(table, lCellIndex_p + 1, lCellIndex_p);
+}
+
+// A row with fewer cells than the index gets its new cell at its end. In
+// each row the new cell is of the kind of the cell in the column the user
+// stood in (its last cell in a short row): a column put in beside a
+// header column of th cells, on its side, is one too, and from a td
+// column the user puts a column of td cells on either side.
+long CHTMLTable::insertColumn(TableElement &table, long lCellIndex_p, long lBesideIndex_p)
 {
     long smallest = 1, largest = 1;
     if (!checkTable(table, smallest, largest))
@@ -209,7 +223,7 @@ long CHTMLTable::insertTableCol(TableElement &table, long, long lCellIndex_p)
         return 1;
     const QList<long> counts = table.CellCounts();
     for (int r = 0; r < counts.size() && MError::ErrorNumber() == 0; ++r)
-        table.InsertCell(r, counts[r] < lCellIndex_p ? smallest : lCellIndex_p);
+        table.InsertCell(r, counts[r] < lCellIndex_p ? smallest : lCellIndex_p, lBesideIndex_p);
     return MError::ErrorNumber() == 0 ? 1 : 0;
 }
 

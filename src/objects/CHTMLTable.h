@@ -22,9 +22,12 @@ class CHTMLTable : public QObject
     Q_OBJECT
 
 public:
-    // Finds the table from the element under the pointer: a td makes the
-    // current cell and its table, a table (clicked on its frame, or from a
-    // th) gives the table without a cell. Anything else is no table. 1.
+    // Finds the table from the element under the pointer: a td or a th
+    // makes the current cell and its table, a table (clicked on its frame)
+    // gives the table without a cell. Anything else is no table. 1.
+    // A th counts as a cell because header rows and columns are in most
+    // tables authors write; a menu that refused them would leave no way to
+    // add to a header or to take a row or column with a header cell away.
     long Init(CDocument *CDocument_p, const HtmlElement &pointed);
     bool InTable() const { return m_boolInTable; }
     HtmlElement CurrentCell() const { return m_Cell; }
@@ -52,14 +55,18 @@ public:
     // own section (head, body or foot).
     static long insertTableRowAbove(TableElement &table, long lRowIndex_p, long lCellIndex_p);
     static long insertTableRowBelow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    // The new column goes at the cell index (to the left of the caret's
+    // cell); the right-hand command puts it one further.
     static long insertTableCol(TableElement &table, long lRowIndex_p, long lCellIndex_p);
+    static long insertTableColRight(TableElement &table, long lRowIndex_p, long lCellIndex_p);
     static long deleteTableRow(TableElement &table, long lRowIndex_p, long lCellIndex_p);
     static long deleteTableCol(TableElement &table, long lRowIndex_p, long lCellIndex_p);
 
 private:
     using Command = long (*)(TableElement &, long, long);
     static long insertTableRow(TableElement &table, long lRowIndex_p, bool below);
-    long RunCommand(const QString &position, Command command, long cellStep);
+    static long insertColumn(TableElement &table, long lCellIndex_p, long lBesideIndex_p);
+    long RunCommand(const QString &position, Command command);
 
     CDocument *m_Document = nullptr;
     HtmlElement m_Cell;

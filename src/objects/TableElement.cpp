@@ -6,6 +6,24 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+namespace {
+
+// cellLike(like, make): the cell make() puts into the page, turned into a
+// th where the cell it stands beside or was split from is one, so that a
+// header row or column grows by header cells. Of a header's attributes
+// only scope comes along: it says whether the cell heads its row or its
+// column, which holds for the new cell as much; the rest (ids, spans,
+// looks) belongs to the author's one cell, and a new td takes nothing
+// from its neighbour either.
+const QString kCellLike = QStringLiteral(
+    "const cellLike = (like, make) => { const c = make();"
+    "  if (!like || like.localName !== 'th') return c;"
+    "  const h = c.ownerDocument.createElement('th'); c.replaceWith(h);"
+    "  if (like.hasAttribute('scope')) h.setAttribute('scope', like.getAttribute('scope'));"
+    "  return h; };");
+
+} // namespace
+
 // The script gets the table as t and the arguments as a; __kelda is the
 // editor's runtime in its own script world, which hands out the handles.
 QVariant TableElement::Run(const QString &body, const QVariantList &args, const QString &position) const
@@ -37,23 +55,31 @@ QList<long> TableElement::CellCounts() const
 // own insertRow counts the footer's rows last whatever their place in the
 // file, so a row put below the last body row of a table whose TFOOT comes
 // first would land in the footer (or, with several TBODYs, at the top of
-// the next one).
+// the next one). Its cells take the kinds of the cells of that row, one
+// by one (the last one's past its end): the row beside it is of the same
+// section, so a row put in a head of th cells is a header row, and one
+// put in a body whose first column is of th cells has a th there too.
 HtmlElement TableElement::InsertRowBeside(long rowIndex, bool below, long cells)
 {
-    const int handle = Run(QStringLiteral("const ref = t.rows[a[0]], p = ref.parentNode, at = a[1] ? 1 : 0;"
-                                          "const r = p === t ? t.insertRow(ref.rowIndex + at) : p.insertRow(ref.sectionRowIndex + at);"
-                                          "for (let i = 0; i < a[2]; i++) r.insertCell().innerHTML = '&nbsp;';"
-                                          "return K.id(r);"),
+    const int handle = Run(kCellLike +
+                               QStringLiteral("const ref = t.rows[a[0]], p = ref.parentNode, at = a[1] ? 1 : 0, near = ref.cells;"
+                                              "const r = p === t ? t.insertRow(ref.rowIndex + at) : p.insertRow(ref.sectionRowIndex + at);"
+                                              "for (let i = 0; i < a[2]; i++)"
+                                              "  cellLike(near[Math.min(i, near.length - 1)], () => r.insertCell()).innerHTML = '&nbsp;';"
+                                              "return K.id(r);"),
                            {qlonglong(rowIndex), below, qlonglong(cells)}, QStringLiteral("TableElement.InsertRowBeside"))
                            .toInt();
     return handle ? HtmlElement(m_table.browser(), handle) : HtmlElement();
 }
 
-HtmlElement TableElement::InsertCell(long rowIndex, long position)
+HtmlElement TableElement::InsertCell(long rowIndex, long position, long beside)
 {
-    const int handle = Run(QStringLiteral("const c = t.rows[a[0]].insertCell(a[1]); c.innerHTML = '&nbsp;';"
-                                          "return K.id(c);"),
-                           {qlonglong(rowIndex), qlonglong(position)}, QStringLiteral("TableElement.InsertCell"))
+    const int handle = Run(kCellLike +
+                               QStringLiteral("const row = t.rows[a[0]], n = row.cells.length;"
+                                              "const like = row.cells[a[2] < 0 ? n - 1 : Math.min(a[2], n - 1)];"
+                                              "const c = cellLike(like, () => row.insertCell(a[1])); c.innerHTML = '&nbsp;';"
+                                              "return K.id(c);"),
+                           {qlonglong(rowIndex), qlonglong(position), qlonglong(beside)}, QStringLiteral("TableElement.InsertCell"))
                            .toInt();
     return handle ? HtmlElement(m_table.browser(), handle) : HtmlElement();
 }
@@ -100,23 +126,27 @@ QList<TableGrid::SectionIn> TableElement::Snapshot() const
 }
 
 // A span of 1 is written by leaving the attribute out, so a cell that
-// comes back to one cell's size reads as it did before it was merged.
+// comes back to one cell's size reads as it did before it was merged. A
+// new cell is of the kind of the cell it was split from, or else of the
+// cell before it in its row (the first one at the row's start).
 bool TableElement::Apply(const QList<TableGrid::Change> &changes)
 {
     QVariantList list;
     for (const TableGrid::Change &c : changes)
         list.append(QVariant(QVariantList{int(c.kind), c.id, c.other, c.after, c.before, c.separator,
-                                          qlonglong(c.colSpan), qlonglong(c.rowSpan)}));
-    return Run(QStringLiteral(
+                                          qlonglong(c.colSpan), qlonglong(c.rowSpan), c.like}));
+    return Run(kCellLike +
+               QStringLiteral(
                    "const made = {}, el = id => id < 0 ? made[id] : K.el(id);"
                    "const span = (e, name, v) => { if (v === 1) e.removeAttribute(name); else e.setAttribute(name, String(v)); };"
-                   "for (const [kind, id, other, after, before, sep, cs, rs] of a[0]) {"
+                   "for (const [kind, id, other, after, before, sep, cs, rs, like] of a[0]) {"
                    "  if (kind === 0) { const e = el(id), o = el(other);"
                    "    e.innerHTML = before ? o.innerHTML + sep + e.innerHTML : e.innerHTML + sep + o.innerHTML; }"
-                   "  else if (kind === 1) { const row = K.el(other), td = row.ownerDocument.createElement('td');"
-                   "    if (cs !== 1) td.colSpan = cs; if (rs !== 1) td.rowSpan = rs;"
-                   "    if (after) el(after).insertAdjacentElement('afterend', td); else row.insertBefore(td, row.cells[0] || null);"
-                   "    made[id] = td; }"
+                   "  else if (kind === 1) { const row = K.el(other), next = after ? el(after) : row.cells[0];"
+                   "    const c = cellLike((like && el(like)) || next, () => row.ownerDocument.createElement('td'));"
+                   "    if (cs !== 1) c.colSpan = cs; if (rs !== 1) c.rowSpan = rs;"
+                   "    if (after) next.insertAdjacentElement('afterend', c); else row.insertBefore(c, row.cells[0] || null);"
+                   "    made[id] = c; }"
                    "  else if (kind === 2) { const e = el(id);"
                    "    if (e.colSpan !== cs) span(e, 'colspan', cs); if (e.rowSpan !== rs) span(e, 'rowspan', rs); }"
                    "  else el(id).remove();"

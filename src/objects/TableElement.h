@@ -20,11 +20,13 @@ public:
     QList<long> CellCounts() const;
     // A new row right above or below the row at the index, in that row's
     // own section, with the given number of cells, each holding a
-    // non-breaking space; gives the row.
+    // non-breaking space and of the kind (th or td) of the cell at its
+    // place in that row; gives the row.
     HtmlElement InsertRowBeside(long rowIndex, bool below, long cells);
     // A new cell holding a non-breaking space in the row, at the position
-    // (-1 at its end).
-    HtmlElement InsertCell(long rowIndex, long position);
+    // (-1 at its end), of the kind of the row's cell at index beside as it
+    // stood before (-1 or past the end: the row's last cell).
+    HtmlElement InsertCell(long rowIndex, long position, long beside);
     bool DeleteRow(long rowIndex);
     bool DeleteCell(long rowIndex, long cellIndex);
 

@@ -193,7 +193,7 @@ void TableGrid::Normalise()
         Place();
 }
 
-void TableGrid::AddCell(int row, int col, int rowSpan, int colSpan)
+void TableGrid::AddCell(int row, int col, int rowSpan, int colSpan, int like)
 {
     Placed p;
     p.id = m_nextNewId--;
@@ -202,6 +202,7 @@ void TableGrid::AddCell(int row, int col, int rowSpan, int colSpan)
     p.rowSpan = rowSpan;
     p.colSpan = colSpan;
     p.rawCol = p.rawRow = 0;
+    p.like = like;
     m_cells.append(p);
 }
 
@@ -262,7 +263,7 @@ bool TableGrid::MergeAcross(int cellId, bool toTheRight)
         return false;
     Placed *m = Owner(e->row, toTheRight ? e->end() : e->col - 1);
     const int top = e->row, bottom = e->bottom();
-    const int mTop = m->row, mBottom = m->bottom(), mCol = m->col, mSpan = m->colSpan;
+    const int mTop = m->row, mBottom = m->bottom(), mCol = m->col, mSpan = m->colSpan, mId = m->id;
     e->colSpan += mSpan;
     if (!toTheRight)
         e->col = mCol;
@@ -272,7 +273,7 @@ bool TableGrid::MergeAcross(int cellId, bool toTheRight)
         Join(*e, *m, !toTheRight, QString());
     }
     if (mBottom > bottom)
-        AddCell(bottom, mCol, mBottom - bottom, mSpan);
+        AddCell(bottom, mCol, mBottom - bottom, mSpan, mId);
     DropEmptyRows();
     Place();
     return true;
@@ -290,7 +291,7 @@ bool TableGrid::MergeDown(int cellId)
     Placed *e = Find(cellId);
     Placed *b = Owner(e->bottom(), e->col);
     const int below = e->bottom(), col = e->col, end = e->end();
-    const int bCol = b->col, bEnd = b->end(), bRows = b->rowSpan;
+    const int bCol = b->col, bEnd = b->end(), bRows = b->rowSpan, bId = b->id;
     e->rowSpan += 1;
     const bool split = bCol < col || bEnd > end;
     if (bCol < col) {
@@ -302,9 +303,9 @@ bool TableGrid::MergeDown(int cellId)
         Join(*e, *b, false, QStringLiteral("<BR>"));
     }
     if (split && bCol < col && bEnd > end)
-        AddCell(below, end, bRows, bEnd - end);
+        AddCell(below, end, bRows, bEnd - end, bId);
     if (bRows > 1)
-        AddCell(below + 1, col, bRows - 1, end - col);
+        AddCell(below + 1, col, bRows - 1, end - col, bId);
     DropEmptyRows();
     Place();
     return true;
@@ -321,7 +322,7 @@ void TableGrid::Join(Placed &cell, Placed &other, bool otherFirst, const QString
         std::swap(cell.rawRow, other.rawRow);
     }
     if (cell.id > 0 && other.id > 0)
-        m_joins.append({Change::Join, cell.id, other.id, 0, otherFirst, separator, 1, 1});
+        m_joins.append({Change::Join, cell.id, other.id, 0, otherFirst, separator, 1, 1, 0});
     other.removed = true;
 }
 
@@ -378,18 +379,19 @@ QList<TableGrid::Change> TableGrid::Changes() const
             int after = 0;
             for (const CellIn &cell : row.cells) {
                 if (cell.id < 0)
-                    changes.append({Change::InsertCell, cell.id, row.id, after, false, QString(), cell.colSpan, cell.rowSpan});
+                    changes.append({Change::InsertCell, cell.id, row.id, after, false, QString(), cell.colSpan,
+                                    cell.rowSpan, Find(cell.id)->like});
                 after = cell.id;
             }
         }
     for (const Placed &p : m_cells)
         if (!p.removed && p.id > 0 && (p.colSpan != p.rawCol || p.rowSpan != p.rawRow))
-            changes.append({Change::SetSpans, p.id, 0, 0, false, QString(), p.colSpan, p.rowSpan});
+            changes.append({Change::SetSpans, p.id, 0, 0, false, QString(), p.colSpan, p.rowSpan, 0});
     for (const Placed &p : m_cells)
         if (p.removed && p.id > 0)
-            changes.append({Change::RemoveCell, p.id, 0, 0, false, QString(), 1, 1});
+            changes.append({Change::RemoveCell, p.id, 0, 0, false, QString(), 1, 1, 0});
     for (const RowInfo &row : m_allRows)
         if (row.removed)
-            changes.append({Change::RemoveRow, row.id, 0, 0, false, QString(), 1, 1});
+            changes.append({Change::RemoveRow, row.id, 0, 0, false, QString(), 1, 1, 0});
     return changes;
 }

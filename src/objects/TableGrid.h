@@ -56,6 +56,7 @@ public:
         QString separator;   // Join
         long colSpan = 1;
         long rowSpan = 1;
+        int like = 0; // InsertCell: the cell it is a part of, whose kind it takes; 0 for none
     };
 
     static constexpr long MaxColSpan = 1000;
@@ -93,6 +94,7 @@ private:
         int id = 0;
         int row = 0, col = 0, rowSpan = 1, colSpan = 1;
         long rawCol = 1, rawRow = 1; // as the snapshot gave them; new cells 0
+        int like = 0;                // a new cell: the cell it was split from
         bool removed = false;
         int end() const { return col + colSpan; }
         int bottom() const { return row + rowSpan; }
@@ -112,7 +114,7 @@ private:
     const Placed *Find(int cellId) const;
     const Placed *Neighbour(const Placed &cell, int col) const;
     bool MergeAcross(int cellId, bool toTheRight);
-    void AddCell(int row, int col, int rowSpan, int colSpan);
+    void AddCell(int row, int col, int rowSpan, int colSpan, int like = 0);
     void Join(Placed &cell, Placed &other, bool otherFirst, const QString &separator);
     void DropEmptyRows();
 

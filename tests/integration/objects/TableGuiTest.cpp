@@ -137,7 +137,7 @@ TEST_F(Tables, UnevenTableWarnsAndCancelLeavesItAsItWas)
     // A column left of cell 5 in rows of 2 and 6: the short row gets its
     // new cell at its end.
     for (int i = 0; i < 4; ++i)
-        TableElement(table()).InsertCell(1, -1);
+        TableElement(table()).InsertCell(1, -1, -1);
     ASSERT_EQ(counts(), (QList<long>{2, 6}));
     TableElement uneven(table());
     EXPECT_EQ(CHTMLTable::insertTableCol(uneven, 0, 5), 1);
@@ -379,9 +379,55 @@ TEST_F(Tables, RowsGoIntoTheSectionOfTheRowTheyWerePutNextTo)
     });
     pick(QStringLiteral("a1"), QStringLiteral("mnuTblProperties"));
     const std::string row = "<tr><td>&nbsp;</td><td>&nbsp;</td><td>&nbsp;</td></tr>";
-    EXPECT_EQ(savedTable(), "<table id=\"t\">\n<THEAD><tr><th>h1</th><td>&nbsp;</td><th>h2</th></tr></THEAD>\n"
+    EXPECT_EQ(savedTable(), "<table id=\"t\">\n<THEAD><tr><th>h1</th><th>&nbsp;</th><th>h2</th></tr></THEAD>\n"
                             "<TFOOT><tr><td>f1</td><td>&nbsp;</td><td>f2</td></tr></TFOOT>\n"
                             "<TBODY><tr><td id=\"a1\">a1</td><td>&nbsp;</td><td>a2</td></tr>" + row + "</TBODY>\n"
                             "<TBODY>" + row + "<tr><td id=\"b1\">b1</td><td>&nbsp;</td><td>b2</td></tr>\n"
                             "<tr><td id=\"c1\">c1</td><td>&nbsp;</td><td>c2</td></tr>" + row + "</TBODY>\n</table>");
+}
+
+// Header cells as authors write them: a head row of th cells and a first
+// column of row headers, in hand-written markup. Every command works from
+// a th; a new cell is a th where it stands for one (a header's scope comes
+// along) and a td where it stands for a data cell, also where a merge
+// leaves the lower part of a tall data cell beside a row header.
+TEST_F(Tables, HeaderCellsTakeEveryCommandAndNewCellsBesideThemAreHeaders)
+{
+    open("<TABLE id=t BORDER=1>\n<THEAD>\n  <TR><TH id=corner>Cost</TH>  <TH id=jan SCOPE=col>Jan</TH><TH id=feb SCOPE=col>Feb</TH></TR>\n"
+         "</THEAD>\n<TBODY>\n  <TR><TH id=rent scope=row>Rent</TH><TD>10</TD><TD>11</TD></TR>\n"
+         "  <TR><TH id=food scope=row>Food</TH><TD>5</TD><TD>6</TD></TR>\n</TBODY>\n</TABLE>\n"
+         "<TABLE id=u>\n<TR><TH id=q1 scope=row>Q1</TH><TD ROWSPAN=2>high</TD></TR>\n<TR><TH scope=row>Q2</TH></TR>\n</TABLE>");
+    pick(QStringLiteral("feb"), QStringLiteral("mnuTblInsertColRight"));
+    pick(QStringLiteral("jan"), QStringLiteral("mnuTblInsertRowBelow"));
+    pick(QStringLiteral("food"), QStringLiteral("mnuTblInsertRowAbove"));
+    pick(QStringLiteral("rent"), QStringLiteral("mnuTblDeleteRow"));
+    pick(QStringLiteral("jan"), QStringLiteral("mnuTblDeleteCol"));
+    onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
+        keyInList(dialog, "cmbCellHAlign", Qt::Key_Up); // from "Not set" to "right"
+        click(dialog, "cmdMergeColsRight");
+        click(dialog, "cmdOk");
+    });
+    pick(QStringLiteral("corner"), QStringLiteral("mnuTblProperties"));
+    onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
+        click(dialog, "cmdMergeColsRight");
+        click(dialog, "cmdOk");
+    });
+    pick(QStringLiteral("q1"), QStringLiteral("mnuTblProperties"));
+    EXPECT_TRUE(Q::ShownSoFar().isEmpty()) << Q::ShownSoFar().value(0).text.toStdString();
+
+    EXPECT_EQ(page.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    const QByteArray saved = save_test::serverFile(m_path);
+    // The author's tags of a removed cell or row serve the new one in its
+    // place, with only the values that differ changed.
+    EXPECT_EQ(saved.mid(saved.indexOf("<body>")).toStdString(),
+              (kHead.mid(kHead.indexOf("<body>"))
+               + "<TABLE id=t BORDER=1>\n<THEAD>\n  <TR><TH id=corner align=\"right\" colspan=\"2\">CostFeb</TH>  "
+                 "<TH SCOPE=col>&nbsp;</TH></TR>\n"
+                 "<tr><th>&nbsp;</th><th scope=\"col\">&nbsp;</th><th scope=\"col\">&nbsp;</th></tr></THEAD>\n<TBODY>\n  \n"
+                 "  <TR><TH scope=row>&nbsp;</TH><TD>&nbsp;</TD><TD>&nbsp;</TD></TR>"
+                 "<TR><TH id=food scope=row>Food</TH><TD>6</TD><td>&nbsp;</td></TR>\n</TBODY>\n</TABLE>\n"
+                 "<TABLE id=u>\n<TR><TH id=q1 scope=row colspan=\"2\">Q1high</TH></TR>\n<TR><TH scope=row>Q2</TH><td></td></TR>\n"
+                 "</TABLE>"
+               + kTail)
+                  .toStdString());
 }
