@@ -149,12 +149,6 @@ long CDocument::GetURL(QString &strURL_p) const
     return 1;
 }
 
-long CDocument::SetOriginalASPDoc(const QString &strASP_p)
-{
-    m_strOriginalASP = strASP_p;
-    return 1;
-}
-
 long CDocument::GetVisible(bool &boolIsVisible_p) const
 {
     boolIsVisible_p = !m_boolIsIFrame && m_boolIsNotFrameset;
@@ -381,7 +375,7 @@ long CDocument::EditOnFrameset()
 long CDocument::EditOnPage()
 {
     EngineProfile::SetSpellCheck(MGlobalProjectObjects::useSpellCheck);
-    m_boolEditedAsHTML = m_boolASPEdited = false;
+    m_boolASPEdited = false;
     m_Objects.clear();
     // Content a script adds after the page has loaded is counted from the
     // moment the document was bound: the few milliseconds between two reads
@@ -510,15 +504,6 @@ long CDocument::EditOffPage()
     m_Document.setDesignMode(QStringLiteral("Off"));
     m_Document.execDesign(HtmlDocument::ShowZeroBorderAtDesignTime, 0);
     m_boolEditOn = false;
-    // The source edit by hand was cancelled after the page had gone to the
-    // server: the original goes back, once. A page whose original source
-    // was never kept (one without script) keeps what that save sent rather
-    // than being emptied.
-    if (m_boolEditedAsHTML && !m_strOriginalASP.isEmpty()) {
-        if (SendDocumentToServer(m_strOriginalASP, false) != 1)
-            return 0;
-        m_boolEditedAsHTML = false;
-    }
     return 1;
 }
 
@@ -530,33 +515,54 @@ long CDocument::EditOffPage()
 // frameset's borders).
 long CDocument::Save()
 {
-    m_boolEditedAsHTML = false;
     m_strSavePath.clear();
     if (m_Document.URL() == QLatin1String("about:blank"))
         return 1;
+    QByteArray bytes;
+    const long made = SaveText(bytes, false);
+    return made == 1 ? SendSaved(bytes) : made;
+}
+
+// The page's file as Save writes it: 1 with its bytes (and m_strLastSaved
+// with its text), or what Save gives. Pictures the user put in from his
+// disk go up on the way, since the text names them where they then lie.
+// With keepPage, what the save does to the page itself (the marks of edit
+// mode taken off, the head tags settled) is taken back as soon as the text
+// is made: the page stays exactly as the user is editing it.
+long CDocument::SaveText(QByteArray &bytes, bool keepPage)
+{
     bool found = false;
     DocumentAddress::GetCurrentURLIndex(m_Document.URL(), found);
     if (!found)
         return SaveFailed(3, kNoSite, MResources::LoadResourceString(kMsgNoSite));
-    const SiteRecord site = CurrentSite();
     GetPreparedSendPath(m_strURL, m_strSavePath);
     if (m_boolIsNotFrameset && SaveObjects() != 1)
         return SaveFailed(4);
+    if (!keepPage)
+        return UnmarkedText(bytes);
+    if (m_Document.holdChanges() != 1)
+        return SaveFailed(5);
+    const long made = UnmarkedText(bytes);
+    if (m_Document.undoHeldChanges() != 1)
+        return SaveFailed(6);
+    return made;
+}
+
+// The page without the marks of editing, written into the file's bytes.
+long CDocument::UnmarkedText(QByteArray &bytes)
+{
     if (!m_boolIsNotFrameset)
         RestoreFrameset();
     if (!m_boolDirty)
         return -2;
-    if (m_boolIsNotFrameset && StripEditMarks(site) != 1)
+    if (m_boolIsNotFrameset && StripEditMarks(CurrentSite()) != 1)
         return SaveFailed(7);
     if (m_boolControledByCMS && StripLockMarks() != 1)
         return SaveFailed(8);
-    QByteArray bytes;
     const long made = m_ASPFilter ? MakeASPText(bytes) : MakePageText(bytes);
     if (made == -1)
         return -1;
-    if (made != 1)
-        return SaveFailed(9);
-    return SendSaved(bytes);
+    return made == 1 ? 1 : SaveFailed(9);
 }
 
 // An object that wrote a change into the page makes the page changed.
@@ -775,11 +781,11 @@ long CDocument::GetPreparedSendPath(const QString &strUnCorrectedPath_p, QString
 
 // ------------------------------------------------- the page's source as text
 
-long CDocument::SendDocumentToServer(const QString &strHTMLStream_p, bool keepRevision_p)
+long CDocument::SendDocumentToServer(const QString &strHTMLStream_p)
 {
     QString path;
     GetPreparedSendPath(m_strURL, path);
-    if (keepRevision_p && CRollback().BackupPage(path) == 0)
+    if (CRollback().BackupPage(path) == 0)
         return 0;
     MError::ClearError();
     CFTPS ftp;
@@ -804,33 +810,45 @@ long CDocument::GetDocumentFromServer(QString &strHTMLStream_p)
     return 1;
 }
 
-// The page goes to the server as it stands, and its source, script and
-// all, is offered for editing by hand: the file's own text with the user's
-// changes so far, as Save wrote it, never the engine's rewriting of it.
-// What the user writes there replaces the page, after a revision; if he
-// cancels a script page, the original goes back when edit mode ends.
+// The source the user edits by hand is the page's own file with his
+// changes so far, made as Save makes it but sent nowhere, and the page
+// stays as he is editing it. OK sends his text once, the way Save sends:
+// what stood on the server becomes one revision. Cancel sends nothing: he
+// is back in the page with his changes, as unsaved as they were; so is he
+// when the send fails.
 long CDocument::EditAspDocument()
 {
-    frmDocumentInnerHTML form(m_frmVindrell);
-    m_boolDirty = true;
-    if (Save() == 0)
-        return 0;
-    if (m_ASPFilter)
-        m_ASPFilter->SetFilterState(CASPFilter::StateFilteredIn);
-    m_boolEditedAsHTML = true;
+    const bool wasDirty = m_boolDirty;
+    m_boolDirty = true; // the file is shown even when nothing in it changed yet
+    QByteArray bytes;
+    const long made = SaveText(bytes, true);
+    if (made != 1) {
+        m_boolDirty = wasDirty;
+        return made == 0 ? 0 : -1;
+    }
     QString caption;
     GetURL(caption);
+    frmDocumentInnerHTML form(m_frmVindrell);
     form.Init(m_strLastSaved, m_boolIsASP, caption);
-    long result = form.Show();
-    if (!form.Cancelled()) {
-        m_boolEditedAsHTML = false;
-        EditOn(false);
-        if (SendDocumentToServer(form.Text()) != 1)
-            return 0;
-        EditOn(false);
-        m_Document.execCommand(QStringLiteral("Refresh"));
-        result = 1;
-    }
+    form.Show();
+    // A text the user left as it came keeps the bytes the save made.
+    const QString text = form.Text();
+    if (!form.Cancelled() && SendSaved(text == m_strLastSaved ? bytes : CPageEncoding::Encode(text)) == 1)
+        return EndEditByHand();
+    m_boolDirty = wasDirty;
+    return form.Cancelled() ? -1 : 0;
+}
+
+// The page's file now holds what the user wrote: the page leaves edit
+// mode and is shown as the server gives it.
+long CDocument::EndEditByHand()
+{
+    if (m_ASPFilter)
+        m_ASPFilter->SetFilterState(CASPFilter::StateFilteredIn);
+    m_boolDirty = false;
     m_boolASPEdited = true;
-    return result;
+    if (EditOn(false) != 1)
+        return 0;
+    m_Document.execCommand(QStringLiteral("Refresh"));
+    return 1;
 }

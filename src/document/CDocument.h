@@ -54,7 +54,6 @@ public:
     long GetASPEdited(bool &bASPEdited_p) const;
     long GetURL_FullPath(QString &strFullURL_p) const;
     long GetURL(QString &strURL_p) const;
-    long SetOriginalASPDoc(const QString &strASP_p);
     // Keeps the file's bytes as the server holds them, and lines them up
     // with the page as the engine loaded it, before edit mode touches it.
     // Empty bytes: the file could not be read; the page is then saved as
@@ -75,17 +74,17 @@ public:
     // revision.
     bool RevisionKept() const { return m_boolRevisionKept; }
     // Sends the text to the page's file on the server as it stands. 1 or 0.
-    // What stands on the server is kept as a revision first, unless the text
-    // puts back what stood before this session's own save (keepRevision_p).
-    long SendDocumentToServer(const QString &strHTMLStream_p, bool keepRevision_p = true);
+    // What stands on the server is kept as a revision first.
+    long SendDocumentToServer(const QString &strHTMLStream_p);
     // The page's path on the FTP server: strUnCorrectedPath_p (the
     // document's own path, m_strURL) or, when that is empty, the address's
     // path, with the site's root in front. Always 1.
     long GetPreparedSendPath(const QString &strUnCorrectedPath_p, QString &strCorrectedPath) const;
     // The page's source as the server holds it. 1 or 0.
     long GetDocumentFromServer(QString &strHTMLStream_p);
-    // Lets the user edit the page's source by hand; the page object menus
-    // use it on script pages. 1, 0 on error, -1 when the user cancelled.
+    // Lets the user edit the page's source by hand (the page object menus'
+    // "Show/edit HTML"). 1 sent and out of edit mode, 0 on error, -1 when
+    // the user cancelled: nothing sent and the page still in edit mode.
     long EditAspDocument();
     long GetVisible(bool &boolIsVisible_p) const;
     long GetIsIFrame(bool &boolIsIFrame_p) const;
@@ -159,7 +158,9 @@ private:
     long Command(const QString &command, const QVariant &value, const QString &handler);
 
     // The steps of Save, in their order.
+    long SaveText(QByteArray &bytes, bool keepPage);
     long SaveObjects();
+    long UnmarkedText(QByteArray &bytes);
     void RestoreFrameset();
     long StripEditMarks(const SiteRecord &site);
     long StripLockMarks();
@@ -169,6 +170,7 @@ private:
     void ApplyASPEdits();
     long SealASPBlocks();
     long SendSaved(const QByteArray &bytes);
+    long EndEditByHand();
     long SaveFailed(long line, long number = 0, const QString &description = QString());
     static QString SavePosition(const QString &path, long line);
     static QString SaveDate();
@@ -191,13 +193,11 @@ private:
     QString m_strURL;
     CASPFilter *m_ASPFilter = nullptr;
     std::vector<std::unique_ptr<CSPANASP>> m_aSPANASP; // one per script block in the page
-    QString m_strOriginalASP;
     QString m_strLastSaved;
     QString m_strSavePath; // the server path of the save under way
     bool m_boolRevisionKept = false;
     FaithfulSave m_Faithful; // the file's own bytes, lined up with the page
     QString m_strRefusal;
-    bool m_boolEditedAsHTML = false;
     bool m_boolASPEdited = false;
     bool m_boolIsIFrame = false;
     bool m_boolGlyphsOn = false;

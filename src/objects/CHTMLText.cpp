@@ -426,15 +426,16 @@ long CHTMLText::m_mnuDocumentTitle_Click()
 // The source the user edits is the page's file with his changes so far,
 // as Save writes it, not the engine's rewriting of the body: what he
 // doesn't touch keeps its bytes. It reaches the server the way Save
-// sends, after a revision. Saving took the page out of editing, so the
-// session ends here, with the other frames saved.
+// sends, after a revision. Sending it took the page out of editing, so the
+// session ends here, with the other frames saved; after a Cancel he goes
+// on editing.
 long CHTMLText::m_mnuEditDocumentByHTML_Click()
 {
     long index = 0;
     m_Document->GetDocIndex(index);
     const long edited = m_Document->EditAspDocument();
-    if (edited == 0)
-        return 0;
+    if (edited != 1)
+        return edited;
     CDocEventHandler *handler = nullptr;
     m_Document->GetDocumentEventHandler(handler);
     if (handler)

@@ -229,6 +229,17 @@ long HtmlDocument::stripLockMarks(const QStringList &styleProperties)
     return n.isValid() ? n.toLongLong() : -1;
 }
 
+long HtmlDocument::holdChanges()
+{
+    return call(QStringLiteral("bulk.hold"), {}, QStringLiteral("HtmlDocument.holdChanges")).toBool() ? 1 : 0;
+}
+
+long HtmlDocument::undoHeldChanges()
+{
+    const QVariant n = call(QStringLiteral("bulk.undoHeld"), {}, QStringLiteral("HtmlDocument.undoHeldChanges"));
+    return n.isValid() && n.toLongLong() >= 0 ? 1 : 0;
+}
+
 QVariantMap HtmlDocument::contextTarget(int x, int y) const
 {
     return call(QStringLiteral("objects.menuTarget"), {x, y}, QStringLiteral("HtmlDocument.contextTarget")).toMap();

@@ -138,6 +138,12 @@ public:
     // element that carries a CMS lock mark, and contentEditable off the
     // body. The count of marked elements, or -1.
     long stripLockMarks(const QStringList &styleProperties);
+    // Every change made to the page after holdChanges is recorded, and
+    // undoHeldChanges takes them all back, the last first, leaving the very
+    // nodes the page had. Each 1, or 0 when the page refused the call (or
+    // nothing was held).
+    long holdChanges();
+    long undoHeldChanges();
 
     // Calls a function of the page's runtime (e.g. "layers.list") on this
     // document: the frame's path goes first, then the arguments.

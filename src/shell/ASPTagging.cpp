@@ -27,16 +27,7 @@ ASPTagging::~ASPTagging() = default;
 
 void ASPTagging::ResetOriginals()
 {
-    m_astrOriginalASP = QStringList{QString()};
     m_aOriginalSources.clear();
-}
-
-void ASPTagging::AddOriginal(const QString &strASP)
-{
-    if (m_astrOriginalASP.size() == 1 && m_astrOriginalASP.first().isEmpty())
-        m_astrOriginalASP.first() = strASP;
-    else
-        m_astrOriginalASP.append(strASP);
 }
 
 QString ASPTagging::FullServerPath(const QString &strURL)
@@ -76,7 +67,6 @@ long ASPTagging::SetASPTags(const QString &strURL)
         MError::SetErrorIfClear(MError::ErrorNumber(), MError::ErrorDescription(), kPosition);
         return 0;
     }
-    AddOriginal(QString::fromLatin1(source));
     AddSource(source);
     if (LeaveCopyBeside(strURL, source) != 1)
         return 0;

@@ -29,11 +29,7 @@ public:
 
     // The filters of the marked pages, in the order of marking.
     const std::vector<std::shared_ptr<CASPFilter>> &Filters() const { return m_ASPFilters; }
-    // The untouched sources, parallel to the documents; "dummy" stands for a
-    // document that is not a script page.
-    QStringList &OriginalASP() { return m_astrOriginalASP; }
     void ResetOriginals();
-    void AddOriginal(const QString &strASP);
     // The files' bytes as the server holds them, parallel to the documents;
     // empty for a document whose file could not be read.
     const QList<QByteArray> &OriginalSources() const { return m_aOriginalSources; }
@@ -59,5 +55,4 @@ private:
     // a page that had nothing to mark.
     QList<QByteArray> m_aMarkedOriginals;
     QList<QByteArray> m_aOriginalSources;
-    QStringList m_astrOriginalASP{QString()};
 };

@@ -554,7 +554,6 @@ long EditSession::DoTheServerSideDance()
         } else {
             if (ext == QStringLiteral("php"))
                 doc->boolNoEdit = true;
-            m_ASP.AddOriginal(QStringLiteral("dummy"));
             QByteArray bytes;
             if (!doc->boolNoEdit)
                 read = Source(*doc, bytes);
@@ -645,9 +644,6 @@ long EditSession::BindDocument(long index, bool boolEdit)
     const long init = doc->Init(&m_form);
     if (init != 1)
         return init;
-    const QStringList &originals = m_ASP.OriginalASP();
-    if (m_boolASPTagged && index < originals.size())
-        doc->SetOriginalASPDoc(originals[index]);
     if (m_boolKeepSources)
         KeepSource(*doc, index);
     if (!boolEdit)

@@ -339,6 +339,46 @@
       }
       return n;
     },
+    // Every change made to the document from now on is recorded, so that
+    // undoHeld can take it back: the save's own steps then run on the page
+    // the user is editing and leave it as he had it, the very same nodes in
+    // their places (the handles C++ holds stay good, and so does the
+    // engine's undo of the user's typing).
+    hold(path) {
+      const d = docAt(path), w = winOf(d);
+      if (w.__keldaHeld) w.__keldaHeld.observer.disconnect();
+      // The engine hands the changes to the callback between two calls, and
+      // hands them only once: they are gathered as they come.
+      const held = { changes: [] };
+      held.observer = new MutationObserver(list => { held.changes.push(...list); });
+      held.observer.observe(d, { subtree: true, childList: true, attributes: true, attributeOldValue: true,
+                                 characterData: true, characterDataOldValue: true });
+      w.__keldaHeld = held;
+      return true;
+    },
+    // Takes back what changed since hold, the last change first; gives the
+    // count of changes taken back, or -1 when nothing was held.
+    undoHeld(path) {
+      const d = docAt(path), w = winOf(d), held = w.__keldaHeld;
+      if (!held) return -1;
+      const changes = held.changes.concat(held.observer.takeRecords());
+      held.observer.disconnect();
+      delete w.__keldaHeld;
+      for (let i = changes.length - 1; i >= 0; i--) {
+        const c = changes[i], t = c.target;
+        if (c.type === 'attributes') {
+          const ns = c.attributeNamespace;
+          if (c.oldValue === null) t.removeAttributeNS(ns, c.attributeName);
+          else t.setAttributeNS(ns, c.attributeName, c.oldValue);
+        } else if (c.type === 'characterData') {
+          t.data = c.oldValue;
+        } else {
+          for (const n of c.addedNodes) if (n.parentNode === t) t.removeChild(n);
+          for (const n of c.removedNodes) t.insertBefore(n, c.nextSibling);
+        }
+      }
+      return changes.length;
+    },
     removeAttrs(path, names) {
       const list = docAt(path).getElementsByTagName('*');
       let n = 0;

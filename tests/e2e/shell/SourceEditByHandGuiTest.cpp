@@ -10,6 +10,7 @@
 #include "objects/frmDocumentInnerHTML.h"
 
 #include <QDirIterator>
+#include <QRegularExpression>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
@@ -29,6 +30,29 @@ int revisionsHolding(const QByteArray &bytes)
             ++n;
     }
     return n;
+}
+
+// The revisions kept so far, of any page.
+int revisionCount()
+{
+    return int(QDir(servers().webRoot() + QStringLiteral("/_resetp"))
+                   .entryList(QDir::Files)
+                   .filter(QRegularExpression(QStringLiteral("\\.\\d+$")))
+                   .size());
+}
+
+// Right click on the element and "Show/edit HTML" in the menu; true when
+// the menu came and the item was picked.
+bool showEditHtml(Window &w, const QString &id)
+{
+    HtmlElement element = w.page().getElementById(id);
+    const QPoint at(element.offsetLeft() + 5, element.offsetTop() + 5);
+    MenuPick showHtml(QStringLiteral("mnuEditDocumentByHTML"));
+    for (int attempt = 0; attempt < 20 && !showHtml.shown; ++attempt) {
+        sendRightClick(w.form.browser()->focusProxy(), at);
+        PageScriptCall::pumpUntil([&] { return showHtml.shown; }, 500);
+    }
+    return showHtml.shown;
 }
 
 // Once the editor is up: notes what it shows, finds "roses" with its
@@ -68,6 +92,7 @@ TEST_F(SourceEditByHand, ComplexScriptPageTypedInTheEditorIsSavedAfterARevision)
                                 + "</P>\r\n<% Response.Write \"<!--\" %>\r\n<P>after</P></BODY></HTML>\r\n";
     servers().writeWebFile(QStringLiteral("byhand.asp"), original);
     ASSERT_EQ(revisionsHolding(original), 0);
+    const int revisions = revisionCount();
 
     QString shownInEditor;
     ModalDriver editor(QStringLiteral("frmDocumentInnerHTML"),
@@ -84,6 +109,7 @@ TEST_F(SourceEditByHand, ComplexScriptPageTypedInTheEditorIsSavedAfterARevision)
     typed.replace("roses", "tulips");
     EXPECT_EQ(servers().readWebFile(QStringLiteral("byhand.asp")), typed);
     EXPECT_EQ(revisionsHolding(original), 1) << "what stood there before is a revision";
+    EXPECT_EQ(revisionCount(), revisions + 1);
     EXPECT_FALSE(QFile::exists(servers().webRoot() + QStringLiteral("/byhand.keldabak")));
     EXPECT_EQ(errorDialogs(), 0) << firstError();
 }
@@ -101,17 +127,11 @@ TEST_F(SourceEditByHand, ShowEditHtmlShowsTheFileWithTheEditsSoFarAndSavesTheSou
     Window w;
     ASSERT_TRUE(w.editAndType(QStringLiteral("garden.htm"), QStringLiteral("after"), QStringLiteral("zq")));
 
+    const int revisions = revisionCount();
     QString shownInEditor;
     ModalDriver editor(QStringLiteral("frmDocumentInnerHTML"),
                        [&](QWidget *dialog) { typeTulipsOverRoses(dialog, shownInEditor); });
-    HtmlElement text = w.page().getElementById(QStringLiteral("text"));
-    const QPoint at(text.offsetLeft() + 5, text.offsetTop() + 5);
-    MenuPick showHtml(QStringLiteral("mnuEditDocumentByHTML"));
-    for (int attempt = 0; attempt < 20 && !showHtml.shown; ++attempt) {
-        sendRightClick(w.form.browser()->focusProxy(), at);
-        PageScriptCall::pumpUntil([&] { return showHtml.shown; }, 500);
-    }
-    ASSERT_TRUE(showHtml.shown);
+    ASSERT_TRUE(showEditHtml(w, QStringLiteral("text")));
     ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return editor.seen == 1 && !w.editing(); }, 10000));
     EXPECT_TRUE(shownInEditor.contains(QStringLiteral("<p class=news id=text>roses are out</p>\n")))
         << shownInEditor.toStdString();
@@ -121,5 +141,47 @@ TEST_F(SourceEditByHand, ShowEditHtmlShowsTheFileWithTheEditsSoFarAndSavesTheSou
     EXPECT_TRUE(saved.contains("<p class=news id=text>tulips are out</p>\r\n")) << saved.toStdString();
     EXPECT_TRUE(saved.contains("zq")) << saved.toStdString();
     EXPECT_EQ(revisionsHolding(original), 1) << "the page as it stood before the edit";
+    EXPECT_EQ(revisionCount(), revisions + 1) << "one save, one revision";
+    EXPECT_EQ(errorDialogs(), 0) << firstError();
+}
+
+// Cancel in the editor of a script page: nothing reaches the server, the
+// user is back in the page with what he typed there, and his Save later
+// writes it, script kept, in one revision.
+TEST_F(SourceEditByHand, ShowEditHtmlCancelledKeepsTheEditsInThePageUnsaved)
+{
+    const QByteArray original = "<HTML><HEAD><TITLE>Menu</TITLE></HEAD><BODY>\r\n<P id=\"price\">Price <%= \"twelve\" %> EUR</P>\r\n"
+                                "<P id=\"text\">Soup of the day</P>\r\n</BODY></HTML>\r\n";
+    servers().writeWebFile(QStringLiteral("menu.asp"), original);
+    UserQuestions::Script({OK, OK, OK, OK});
+    Window w;
+    ASSERT_TRUE(w.editAndType(QStringLiteral("menu.asp"), QStringLiteral("text"), QStringLiteral("zq")));
+
+    const int revisions = revisionCount();
+    servers().clearFtpLog();
+    QString shownInEditor;
+    ModalDriver editor(QStringLiteral("frmDocumentInnerHTML"), [&](QWidget *dialog) {
+        shownInEditor = dialog->findChild<QPlainTextEdit *>(QStringLiteral("rtfInnerHTML"))->toPlainText();
+        dialog->findChild<QPushButton *>(QStringLiteral("cmdCancel"))->click();
+    });
+    ASSERT_TRUE(showEditHtml(w, QStringLiteral("text")));
+    ASSERT_TRUE(PageScriptCall::pumpUntil([&] { return editor.seen == 1; }, 10000));
+    EXPECT_TRUE(shownInEditor.contains(QStringLiteral("<P id=\"text\">zq</P>"))) << shownInEditor.toStdString();
+    EXPECT_TRUE(shownInEditor.contains(QStringLiteral("<%= \"twelve\" %>"))) << shownInEditor.toStdString();
+    EXPECT_EQ(servers().ftpCommands(QStringLiteral("STOR")), 0);
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("menu.asp")), original);
+    EXPECT_EQ(revisionCount(), revisions);
+    ASSERT_TRUE(w.editing());
+    EXPECT_EQ(w.page().getElementById(QStringLiteral("text")).innerText(), QStringLiteral("zq"));
+    // Still being edited: he types on.
+    ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zqx")));
+
+    w.pressSave();
+    ASSERT_FALSE(w.editing());
+    QByteArray saved = original;
+    saved.replace("Soup of the day", "zqx");
+    EXPECT_EQ(servers().readWebFile(QStringLiteral("menu.asp")).toStdString(), saved.toStdString());
+    EXPECT_EQ(revisionCount(), revisions + 1);
+    EXPECT_EQ(revisionsHolding(original), 1);
     EXPECT_EQ(errorDialogs(), 0) << firstError();
 }

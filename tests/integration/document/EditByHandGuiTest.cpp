@@ -1,6 +1,6 @@
 // The source of a script page edited by hand from inside an edit session:
-// what the user writes replaces the page, and a cancelled edit puts the
-// original back when edit mode ends.
+// what the user writes replaces the page, and a cancelled edit writes
+// nothing.
 
 #include "SavedPage.h"
 #include "objects/frmDocumentInnerHTML.h"
@@ -16,7 +16,7 @@ using namespace save_test;
 const QByteArray kSource = "<%@ Language=VBScript %>\r\n<% Option Explicit %>\r\n<%\r\nDim q\r\nq = \"roses\"\r\n%>\r\n"
                            "<HTML>\r\n<HEAD>\r\n<TITLE>By hand</TITLE>\r\n</HEAD>\r\n<BODY>\r\n"
                            "<H1 id=\"head\">Garden <%= \"layout\" %></H1>\r\n"
-                           "<P id=\"text\">Edit this text.</P>\r\n</BODY>\r\n</HTML>\r\n";
+                           "<P id=\"text\">Edit this text.</P>\r\n<IMG id=\"pic\" src=\"pic.gif\">\r\n</BODY>\r\n</HTML>\r\n";
 
 class EditByHand : public testing::Test
 {
@@ -32,6 +32,14 @@ protected:
         Q::EndScript();
         frmDocumentInnerHTML::ScriptEdits({});
     }
+    // What the user typed into the page.
+    static void typeInPage(CDocument &doc)
+    {
+        HtmlDocument page;
+        doc.GetDocument(page);
+        page.getElementById(QStringLiteral("text")).setInnerText(QStringLiteral("Typed in the page."));
+        doc.SetDirty();
+    }
     // The page on the server, entered for editing.
     void enter(ScriptPage &asp, const QString &path)
     {
@@ -43,44 +51,61 @@ protected:
 
 } // namespace
 
-TEST_F(EditByHand, TypedSourceLandsOnTheServer)
+TEST_F(EditByHand, TypedSourceLandsOnTheServerInOneRevision)
 {
     ScriptPage asp;
     enter(asp, QStringLiteral("asp/byhand.asp"));
+    typeInPage(*asp.doc);
+    const int revisions = int(revisionFiles().size());
     QByteArray typed = kSource;
     typed.replace("Edit this text.", "Typed by hand.");
     Q::Script({Q::vbOK});
     frmDocumentInnerHTML::ScriptEdits({QString::fromLatin1(typed)});
     ASSERT_EQ(asp.doc->EditAspDocument(), 1) << MError::ErrorDescription().toStdString();
-    // The editor was given the page as saved: script and all.
+    // The editor was given the page as the save makes it: script and all,
+    // with what was typed in the page.
     ASSERT_FALSE(Q::ShownSoFar().isEmpty());
     EXPECT_EQ(Q::ShownSoFar().last().kind, QStringLiteral("frmDocumentInnerHTML"));
     EXPECT_TRUE(Q::ShownSoFar().last().text.contains(QStringLiteral("<%= \"layout\" %>")));
+    EXPECT_TRUE(Q::ShownSoFar().last().text.contains(QStringLiteral("Typed in the page.")));
     EXPECT_EQ(serverFile(QStringLiteral("asp/byhand.asp")), typed);
+    EXPECT_EQ(revisionFiles().size(), revisions + 1);
+    EXPECT_TRUE(hasRevisionWith(kSource));
     bool edited = false;
     asp.doc->GetASPEdited(edited);
     EXPECT_TRUE(edited);
-    ASSERT_EQ(asp.doc->EditOn(false), 1);
-    EXPECT_EQ(serverFile(QStringLiteral("asp/byhand.asp")), typed);
+    EXPECT_FALSE(asp.doc->EditIsOn());
 }
 
-TEST_F(EditByHand, CancelPutsTheOriginalBackAtTheEnd)
+// The page is left exactly as the user is editing it, marks of edit mode
+// and all, although the save's steps ran on it to make the text.
+TEST_F(EditByHand, CancelSendsNothingAndLeavesThePageAsItWasEdited)
 {
     ScriptPage asp;
     enter(asp, QStringLiteral("asp/cancel.asp"));
+    typeInPage(*asp.doc);
+    HtmlDocument page;
+    asp.doc->GetDocument(page);
+    const QString editedPage = page.snapshot();
+    ASSERT_TRUE(editedPage.contains(QStringLiteral("keldakey"), Qt::CaseInsensitive));
+    const QStringList revisions = revisionFiles();
     Q::Script({Q::vbCancel});
     TestServers::shared().clearFtpLog();
     EXPECT_EQ(asp.doc->EditAspDocument(), -1);
-    EXPECT_GE(TestServers::shared().ftpCommands(QStringLiteral("STOR")), 1) << "the page went up as it stood";
-    // Nothing was changed in the page, so what went up is the file itself.
-    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), kSource);
-    TestServers::shared().writeWebFile(QStringLiteral("asp/cancel.asp"), "changed meanwhile");
-    ASSERT_EQ(asp.doc->EditOn(false), 1) << MError::ErrorDescription().toStdString();
-    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), kSource);
-    // Once back, it isn't sent again.
-    TestServers::shared().clearFtpLog();
-    EXPECT_EQ(asp.doc->EditOn(false), 1);
     EXPECT_EQ(TestServers::shared().ftpCommands(QStringLiteral("STOR")), 0);
+    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), kSource);
+    EXPECT_EQ(page.snapshot().toStdString(), editedPage.toStdString());
+    EXPECT_TRUE(asp.doc->EditIsOn());
+    bool dirty = false;
+    asp.doc->GetDirty(dirty);
+    EXPECT_TRUE(dirty);
+
+    // The edit is saved as any other, in one revision.
+    ASSERT_EQ(asp.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    QByteArray saved = kSource;
+    saved.replace("Edit this text.", "Typed in the page.");
+    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), saved);
+    EXPECT_EQ(revisionFiles().size(), revisions.size() + 1);
 }
 
 // The main window edits a page with complex script through these two.

@@ -83,7 +83,6 @@ struct ScriptPage
         servers.writeWebFile(path, original);
         doc = std::make_unique<CDocument>();
         ASSERT_EQ(doc->Init(&screen.window), 1) << MError::ErrorDescription().toStdString();
-        doc->SetOriginalASPDoc(CPageEncoding::Decode(original));
         doc->KeepSource(original);
         ASSERT_EQ(doc->IsEditable(filter), 1) << doc->RefusalReason().toStdString();
         ASSERT_EQ(doc->SetASPFilter(&filter), 1);
