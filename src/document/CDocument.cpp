@@ -528,7 +528,9 @@ long CDocument::Save()
 // disk go up on the way, since the text names them where they then lie.
 // With keepPage, what the save does to the page itself (the marks of edit
 // mode taken off, the head tags settled) is taken back as soon as the text
-// is made: the page stays exactly as the user is editing it.
+// is made: the page stays exactly as the user is editing it. A background
+// picture from his disk keeps its marks that way too, so a later save
+// sends it once more, to the same place.
 long CDocument::SaveText(QByteArray &bytes, bool keepPage)
 {
     bool found = false;
