@@ -55,8 +55,8 @@ QList<long> TableElement::CellCounts() const
 // own insertRow counts the footer's rows last whatever their place in the
 // file, so a row put below the last body row of a table whose TFOOT comes
 // first would land in the footer (or, with several TBODYs, at the top of
-// the next one). Its cells take the kinds of the cells of that row, one
-// by one (the last one's past its end): the row beside it is of the same
+// the next one). Its cells take the kinds of that row's cells one by one,
+// its last cell serving for any beyond its end: that row is of the same
 // section, so a row put in a head of th cells is a header row, and one
 // put in a body whose first column is of th cells has a th there too.
 HtmlElement TableElement::InsertRowBeside(long rowIndex, bool below, long cells)
