@@ -18,6 +18,15 @@ const QByteArray kSource = "<%@ Language=VBScript %>\r\n<% Option Explicit %>\r\
                            "<H1 id=\"head\">Garden <%= \"layout\" %></H1>\r\n"
                            "<P id=\"text\">Edit this text.</P>\r\n<IMG id=\"pic\" src=\"pic.gif\">\r\n</BODY>\r\n</HTML>\r\n";
 
+// What the user typed into the page.
+void typeInPage(CDocument &doc)
+{
+    HtmlDocument page;
+    doc.GetDocument(page);
+    page.getElementById(QStringLiteral("text")).setInnerText(QStringLiteral("Typed in the page."));
+    doc.SetDirty();
+}
+
 class EditByHand : public testing::Test
 {
 protected:
@@ -31,14 +40,6 @@ protected:
     {
         Q::EndScript();
         frmDocumentInnerHTML::ScriptEdits({});
-    }
-    // What the user typed into the page.
-    static void typeInPage(CDocument &doc)
-    {
-        HtmlDocument page;
-        doc.GetDocument(page);
-        page.getElementById(QStringLiteral("text")).setInnerText(QStringLiteral("Typed in the page."));
-        doc.SetDirty();
     }
     // The page on the server, entered for editing.
     void enter(ScriptPage &asp, const QString &path)
@@ -77,35 +78,50 @@ TEST_F(EditByHand, TypedSourceLandsOnTheServerInOneRevision)
     EXPECT_FALSE(asp.doc->EditIsOn());
 }
 
-// The page is left exactly as the user is editing it, marks of edit mode
-// and all, although the save's steps ran on it to make the text.
+// Cancel in the editor: nothing is sent, and the page is left exactly as
+// the user is editing it, marks of edit mode and all, although the save's
+// steps ran on it to make the text. Then his Save writes his edit.
+static void cancelThenSave(CDocument &doc, const QString &path)
+{
+    typeInPage(doc);
+    HtmlDocument page;
+    doc.GetDocument(page);
+    const QString editedPage = page.snapshot();
+    ASSERT_TRUE(editedPage.contains(QStringLiteral("keldakey"), Qt::CaseInsensitive));
+    const QByteArray original = serverFile(path);
+    const QStringList revisions = revisionFiles();
+    Q::Script({Q::vbCancel});
+    TestServers::shared().clearFtpLog();
+    EXPECT_EQ(doc.EditAspDocument(), -1);
+    EXPECT_EQ(TestServers::shared().ftpCommands(QStringLiteral("STOR")), 0);
+    EXPECT_EQ(serverFile(path), original);
+    EXPECT_EQ(page.snapshot().toStdString(), editedPage.toStdString());
+    EXPECT_TRUE(doc.EditIsOn());
+    bool dirty = false;
+    doc.GetDirty(dirty);
+    EXPECT_TRUE(dirty);
+
+    ASSERT_EQ(doc.Save(), 1) << MError::ErrorDescription().toStdString();
+    EXPECT_TRUE(serverFile(path).contains("<P id=\"text\">Typed in the page.</P>")) << serverFile(path).toStdString();
+    EXPECT_EQ(revisionFiles().size(), revisions.size() + 1);
+}
+
 TEST_F(EditByHand, CancelSendsNothingAndLeavesThePageAsItWasEdited)
 {
     ScriptPage asp;
     enter(asp, QStringLiteral("asp/cancel.asp"));
-    typeInPage(*asp.doc);
-    HtmlDocument page;
-    asp.doc->GetDocument(page);
-    const QString editedPage = page.snapshot();
-    ASSERT_TRUE(editedPage.contains(QStringLiteral("keldakey"), Qt::CaseInsensitive));
-    const QStringList revisions = revisionFiles();
-    Q::Script({Q::vbCancel});
-    TestServers::shared().clearFtpLog();
-    EXPECT_EQ(asp.doc->EditAspDocument(), -1);
-    EXPECT_EQ(TestServers::shared().ftpCommands(QStringLiteral("STOR")), 0);
-    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), kSource);
-    EXPECT_EQ(page.snapshot().toStdString(), editedPage.toStdString());
-    EXPECT_TRUE(asp.doc->EditIsOn());
-    bool dirty = false;
-    asp.doc->GetDirty(dirty);
-    EXPECT_TRUE(dirty);
-
-    // The edit is saved as any other, in one revision.
-    ASSERT_EQ(asp.doc->Save(), 1) << MError::ErrorDescription().toStdString();
+    cancelThenSave(*asp.doc, QStringLiteral("asp/cancel.asp"));
     QByteArray saved = kSource;
     saved.replace("Edit this text.", "Typed in the page.");
-    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), saved);
-    EXPECT_EQ(revisionFiles().size(), revisions.size() + 1);
+    EXPECT_EQ(serverFile(QStringLiteral("asp/cancel.asp")), saved) << "the script kept byte for byte";
+
+    // A page without script gets head tags at the save, and a hidden layer
+    // is shown while it is edited: both come back as they were at Cancel.
+    const QByteArray plain = "<HTML><HEAD><TITLE>Plain</TITLE></HEAD><BODY>\r\n<P id=\"text\">Edit this text.</P>\r\n"
+                             "<IMG id=\"pic\" src=\"pic.gif\">\r\n<DIV id=\"layer\" style=\"POSITION: absolute; "
+                             "VISIBILITY: hidden\">Layer</DIV>\r\n</BODY></HTML>\r\n";
+    auto doc = editPage(screen, QStringLiteral("cancel.htm"), plain);
+    cancelThenSave(*doc, QStringLiteral("cancel.htm"));
 }
 
 // The main window edits a page with complex script through these two.
