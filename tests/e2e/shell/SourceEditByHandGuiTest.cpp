@@ -173,6 +173,11 @@ TEST_F(SourceEditByHand, ShowEditHtmlCancelledKeepsTheEditsInThePageUnsaved)
     EXPECT_EQ(revisionCount(), revisions);
     ASSERT_TRUE(w.editing());
     EXPECT_EQ(w.page().getElementById(QStringLiteral("text")).innerText(), QStringLiteral("zq"));
+    // His typing is still his to undo and redo, from the band.
+    w.form.findChild<QPushButton *>(QStringLiteral("cmdUndo"))->click();
+    EXPECT_EQ(w.page().getElementById(QStringLiteral("text")).innerText(), QStringLiteral("Soup of the day"));
+    w.form.findChild<QPushButton *>(QStringLiteral("cmdRedo"))->click();
+    EXPECT_EQ(w.page().getElementById(QStringLiteral("text")).innerText(), QStringLiteral("zq"));
     // Still being edited: he types on.
     ASSERT_TRUE(w.typeInto(w.page(), QStringLiteral("text"), QStringLiteral("zqx")));
 
