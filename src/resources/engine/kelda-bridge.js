@@ -342,7 +342,8 @@
     // Every change made to the document from now on is recorded, so that
     // undoHeld can take it back: the save's own steps then run on the page
     // the user is editing and leave it as he had it, the very same nodes in
-    // their places (the handles C++ holds stay good).
+    // their places (the handles C++ holds stay good, and the engine's undo
+    // of the user's typing still works).
     hold(path) {
       const d = docAt(path), w = winOf(d);
       if (w.__keldaHeld) w.__keldaHeld.observer.disconnect();
