@@ -76,7 +76,8 @@ long FaithfulSave::Prepare(const QByteArray &original, const QString &engineView
         if (m_sourceTokens[s].kind == PageToken::Script)
             m_regionTokens.insert(m_sourceTokens[s].key, s);
     }
-    m_view = engineView;
+    QSet<qsizetype> added; // nothing of the page at Edit is new to it
+    m_view = WithoutAddedMarks(engineView, added);
     if (!ViewTokens(m_view, m_viewTokens, reason))
         return 0;
     m_viewToSource = LineUp(m_viewTokens, m_sourceTokens);
@@ -148,6 +149,63 @@ bool FaithfulSave::ViewTokens(const QString &view, QList<PageToken> &tokens, QSt
         i = j;
     }
     return true;
+}
+
+// The view without the marks of elements the editor put in; added gets
+// where each of their start tags begins in the text returned.
+QString FaithfulSave::WithoutAddedMarks(const QString &view, QSet<qsizetype> &added)
+{
+    const QString mark = QLatin1String(AddedMark);
+    if (!view.contains(mark))
+        return view;
+    QString clean;
+    clean.reserve(view.size());
+    qsizetype from = 0;
+    for (const PageToken &t : PageTokenizer::Tokenize(view, false)) {
+        if (t.kind != PageToken::StartTag)
+            continue;
+        const QStringView tag = QStringView(view).mid(t.start, t.end - t.start);
+        const PageTokenizer::Attribute *a = Named(PageTokenizer::Attributes(tag), mark);
+        if (!a)
+            continue;
+        qsizetype cut = a->nameStart;
+        while (cut > 0 && tag[cut - 1].isSpace())
+            --cut;
+        clean += QStringView(view).mid(from, t.start - from);
+        added.insert(clean.size());
+        clean += tag.left(cut);
+        from = t.start + a->nameStart + RawAttribute(tag, *a).size();
+    }
+    clean += QStringView(view).mid(from);
+    return clean;
+}
+
+// The tokens the view is lined up by: the tags of each element the editor
+// put in, its start tag and its end tag, get keys of their own, so that no
+// tag of the author's can stand for them. The text inside keeps its keys:
+// the user may have typed the author's words there.
+QList<PageToken> FaithfulSave::KeyedApart(QList<PageToken> tokens, const QString &view, const QSet<qsizetype> &added)
+{
+    const auto apart = [](PageToken &t) {
+        t.added = true;
+        t.key = PageTokenizer::TextKey(t.kind, QChar(3) + QStringLiteral("added %1").arg(t.key));
+    };
+    for (qsizetype i = 0; i < tokens.size(); ++i) {
+        if (tokens[i].kind != PageToken::StartTag || !added.contains(tokens[i].start))
+            continue;
+        const QString name = PageTokenizer::TagName(view, tokens[i]);
+        apart(tokens[i]);
+        int depth = 1;
+        for (qsizetype j = i + 1; j < tokens.size() && depth > 0; ++j) {
+            const PageToken::Kind kind = tokens[j].kind;
+            if ((kind != PageToken::StartTag && kind != PageToken::EndTag) || PageTokenizer::TagName(view, tokens[j]) != name)
+                continue;
+            depth += kind == PageToken::StartTag ? 1 : -1;
+            if (depth == 0)
+                apart(tokens[j]);
+        }
+    }
+    return tokens;
 }
 
 // Script comes first: its regions are lined up by their numbers, which the
@@ -301,8 +359,10 @@ long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString
         reason = QStringLiteral("The page's source was not kept when editing began.");
         return 0;
     }
+    QSet<qsizetype> added;
+    const QString view = WithoutAddedMarks(engineView, added);
     QList<PageToken> now;
-    if (!ViewTokens(engineView, now, reason))
+    if (!ViewTokens(view, now, reason))
         return 0;
     for (const PageToken &t : now) {
         if (t.kind == PageToken::Script && !m_texts.contains(t.key) && !m_regionTokens.contains(t.key)) {
@@ -310,24 +370,25 @@ long FaithfulSave::Splice(const QString &engineView, QByteArray &result, QString
             return 0;
         }
     }
-    std::vector<int> match = LineUp(m_viewTokens, now);
+    const QList<PageToken> lined = KeyedApart(now, view, added);
+    std::vector<int> match = LineUp(m_viewTokens, lined);
     // A region the user gave a new source is written anew where it stands.
     for (size_t i = 0; i < match.size(); ++i) {
         if (match[i] >= 0 && m_viewTokens[qsizetype(i)].kind == PageToken::Script && m_texts.contains(m_viewTokens[qsizetype(i)].key))
             match[i] = -1;
     }
-    PairTags(match, now, engineView);
-    SlideInsertions(match, now, engineView);
+    PairTags(match, lined, view);
+    SlideInsertions(match, lined, view);
     QString out;
     out.reserve(m_source.size() + 1024);
     QHash<qsizetype, quint64> written; // where each region of the result starts, and its key
     qsizetype at = 0;
-    for (const Hunk &hunk : Hunks(match, m_viewTokens, now)) {
+    for (const Hunk &hunk : Hunks(match, m_viewTokens, lined)) {
         qsizetype start = 0;
         qsizetype end = 0;
         QString text;
         QHash<qsizetype, quint64> regionsAt; // in text
-        if (!Place(hunk, engineView, now, start, end, text, regionsAt) || start < at) {
+        if (!Place(hunk, view, lined, start, end, text, regionsAt) || start < at) {
             reason = QStringLiteral("A change could not be placed in the page's source.");
             return 0;
         }
@@ -394,7 +455,7 @@ void FaithfulSave::PairTags(std::vector<int> &match, const QList<PageToken> &now
     const auto loose = [](const PageToken &t, const QString &text, char side) {
         if (t.kind == PageToken::Script)
             return PageTokenizer::TextKey(PageToken::Script, QString(QLatin1Char(side)));
-        if (t.kind == PageToken::StartTag)
+        if (t.kind == PageToken::StartTag && !t.added)
             return PageTokenizer::TextKey(PageToken::StartTag, u'\x02' + PageTokenizer::TagName(text, t));
         return t.key;
     };
@@ -431,6 +492,8 @@ void FaithfulSave::SlideInsertions(std::vector<int> &match, const QList<PageToke
     const auto alike = [&now, &view](int x, int y) {
         if (now[x].kind == PageToken::Script)
             return false; // a region and the user's copy of it are not to be swapped
+        if (now[x].added != now[y].added)
+            return false; // the author's tag never goes to an element the editor put in
         return now[x].key == now[y].key
                || (now[x].kind == PageToken::StartTag && now[y].kind == PageToken::StartTag
                    && PageTokenizer::TagName(view, now[x]) == PageTokenizer::TagName(view, now[y]));

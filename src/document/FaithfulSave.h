@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <QList>
 #include <QString>
@@ -32,7 +33,10 @@
 //     it changed too (start tags of one element are lined up by name
 //     inside a changed run). An insertion that could stand a token earlier
 //     or later goes where it is whole: a new row before the author's <TR>,
-//     not inside it. Script in the new text is copied from the source,
+//     not inside it. Rows and cells the table commands put in come marked
+//     (AddedMark) and are never lined up with the author's: a new row can't
+//     take his tags, even where it looks more like his row than his row
+//     does after the change. Script in the new text is copied from the source,
 //     never taken from the engine.
 //  3. The result is checked twice before anything is sent: ScriptGuard
 //     compares its script with the original's, and the result is lined up
@@ -50,6 +54,11 @@
 class FaithfulSave
 {
 public:
+    // The attribute the page's reader sets, for the time of the reading,
+    // on each element the editor's commands put into the page. It never
+    // reaches the file: the save takes it out of the view before anything.
+    static constexpr const char *AddedMark = "data-keldaadded";
+
     // 1 ready; 0 not possible, with the reason in words for the user.
     long Prepare(const QByteArray &original, const QString &engineView, QString &reason);
     // 1 with the bytes to send; 0 with the reason, and nothing may be sent.
@@ -87,6 +96,8 @@ private:
 
     QList<PageToken> SourceTokens(const QString &source, QList<ScriptRegion> &regions) const;
     static bool ViewTokens(const QString &view, QList<PageToken> &tokens, QString &reason);
+    static QString WithoutAddedMarks(const QString &view, QSet<qsizetype> &added);
+    static QList<PageToken> KeyedApart(QList<PageToken> tokens, const QString &view, const QSet<qsizetype> &added);
     static std::vector<int> LineUp(const QList<PageToken> &a, const QList<PageToken> &b);
     static std::vector<quint64> Keys(const QList<PageToken> &tokens);
     static QList<PageToken> WithoutSpaceBetweenMarkup(const QList<PageToken> &tokens);

@@ -17,4 +17,5 @@ struct PageToken
     qsizetype end = 0;
     quint64 key = 0;
     bool holdsBlock = false; // server script lies inside this tag, comment or text
+    bool added = false; // a tag of an element the editor's commands put in: never one of the author's
 };

@@ -14,11 +14,14 @@ namespace {
 // only scope comes along: it says whether the cell heads its row or its
 // column, which holds for the new cell as much; the rest (ids, spans,
 // looks) belongs to the author's one cell, and a new td takes nothing
-// from its neighbour either.
+// from its neighbour either. Every cell and row put in is known as added
+// (in the editor's world only, never in the page): the page's reader
+// marks them for the save, which then never gives them the author's tags.
 const QString kCellLike = QStringLiteral(
-    "const cellLike = (like, make) => { const c = make();"
+    "const added = e => { e.__keldaAdded = true; return e; };"
+    "const cellLike = (like, make) => { const c = added(make());"
     "  if (!like || like.localName !== 'th') return c;"
-    "  const h = c.ownerDocument.createElement('th'); c.replaceWith(h);"
+    "  const h = added(c.ownerDocument.createElement('th')); c.replaceWith(h);"
     "  if (like.hasAttribute('scope')) h.setAttribute('scope', like.getAttribute('scope'));"
     "  return h; };");
 
@@ -63,7 +66,7 @@ HtmlElement TableElement::InsertRowBeside(long rowIndex, bool below, long cells)
 {
     const int handle = Run(kCellLike +
                                QStringLiteral("const ref = t.rows[a[0]], p = ref.parentNode, at = a[1] ? 1 : 0, near = ref.cells;"
-                                              "const r = p === t ? t.insertRow(ref.rowIndex + at) : p.insertRow(ref.sectionRowIndex + at);"
+                                              "const r = added(p === t ? t.insertRow(ref.rowIndex + at) : p.insertRow(ref.sectionRowIndex + at));"
                                               "for (let i = 0; i < a[2]; i++)"
                                               "  cellLike(near[Math.min(i, near.length - 1)], () => r.insertCell()).innerHTML = '&nbsp;';"
                                               "return K.id(r);"),

@@ -417,14 +417,31 @@ TEST_F(Tables, HeaderCellsTakeEveryCommandAndNewCellsBesideThemAreHeaders)
     pick(QStringLiteral("q1"), QStringLiteral("mnuTblProperties"));
     EXPECT_TRUE(Q::ShownSoFar().isEmpty()) << Q::ShownSoFar().value(0).text.toStdString();
 
-    // The author's tags of a removed cell or row serve the new one in its
-    // place, with only the values that differ changed.
+    // A new cell or row is written as the engine writes it, also where it
+    // stands in the place of a removed one of the author's.
     EXPECT_EQ(savedBody(),
               bodyWith("<TABLE id=t BORDER=1>\n<THEAD>\n  <TR><TH id=corner align=\"right\" colspan=\"2\">CostFeb</TH>  "
-                       "<TH SCOPE=col>&nbsp;</TH></TR>\n"
+                       "<th scope=\"col\">&nbsp;</th></TR>\n"
                        "<tr><th>&nbsp;</th><th scope=\"col\">&nbsp;</th><th scope=\"col\">&nbsp;</th></tr></THEAD>\n<TBODY>\n  \n"
-                       "  <TR><TH scope=row>&nbsp;</TH><TD>&nbsp;</TD><TD>&nbsp;</TD></TR>"
+                       "  <tr><th scope=\"row\">&nbsp;</th><td>&nbsp;</td><td>&nbsp;</td></tr>"
                        "<TR><TH id=food scope=row>Food</TH><TD>6</TD><td>&nbsp;</td></TR>\n</TBODY>\n</TABLE>\n"
                        "<TABLE id=u>\n<TR><TH id=q1 scope=row colspan=\"2\">Q1high</TH></TR>\n<TR><TH scope=row>Q2</TH><td></td></TR>\n"
                        "</TABLE>"));
+}
+
+// A row put in above the author's row, whose cells are then merged: the
+// new row looks more like his row than his merged row does, yet it is
+// written as the engine writes it, and his row keeps his tags with only
+// the merge's values in them.
+TEST_F(Tables, ARowPutInAboveKeepsTheAuthorsRowHisThroughAMerge)
+{
+    open("<TABLE BORDER=1><TR><TD id=a>a</TD><TD>b</TD></TR></TABLE>");
+    pick(QStringLiteral("a"), QStringLiteral("mnuTblInsertRowAbove"));
+    onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
+        click(dialog, "cmdMergeColsRight");
+        click(dialog, "cmdOk");
+    });
+    pick(QStringLiteral("a"), QStringLiteral("mnuTblProperties"));
+    EXPECT_EQ(savedBody(), bodyWith("<TABLE BORDER=1><tr><td>&nbsp;</td><td>&nbsp;</td></tr>"
+                                    "<TR><TD id=a colspan=\"2\">ab</TD></TR></TABLE>"));
 }

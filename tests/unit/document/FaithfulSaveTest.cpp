@@ -265,3 +265,34 @@ TEST(FaithfulSave, InsertedRowsAndCellsGoInWhole)
                   .toStdString(),
               "<TABLE BORDER=1><tr><td>&nbsp;</td></tr><TR><TD bgcolor=\"red\">a</TD></TR></TABLE>");
 }
+
+// Rows and cells the table commands put in come marked, and never take the
+// author's tags: not where the new row looks more like his row than his
+// changed row does (a merge), nor where the two look alike (a cell's text
+// typed over). The marks stay out of the file.
+TEST(FaithfulSave, AddedRowsAndCellsNeverTakeTheAuthorsTags)
+{
+    const auto page = [](const QString &rows) {
+        return QStringLiteral("<html><head></head><body><table border=\"1\"><tbody>") + rows
+               + QStringLiteral("</tbody></table></body></html>");
+    };
+    const QString newRow = QStringLiteral("<tr data-keldaadded=\"\"><td data-keldaadded=\"\">&nbsp;</td>"
+                                          "<td data-keldaadded=\"\">&nbsp;</td></tr>");
+    EXPECT_EQ(spliced("<TABLE BORDER=1><TR><TD>a</TD><TD>b</TD></TR></TABLE>",
+                      page(QStringLiteral("<tr><td>a</td><td>b</td></tr>")),
+                      page(newRow + QStringLiteral("<tr><td colspan=\"2\">ab</td></tr>")))
+                  .toStdString(),
+              "<TABLE BORDER=1><tr><td>&nbsp;</td><td>&nbsp;</td></tr><TR><TD colspan=\"2\">ab</TD></TR></TABLE>");
+
+    const QByteArray oneCell = "<TABLE BORDER=1><TR><TD>a</TD></TR></TABLE>";
+    const QString atEdit = page(QStringLiteral("<tr><td>a</td></tr>"));
+    EXPECT_EQ(spliced(oneCell, atEdit,
+                      page(QStringLiteral("<tr data-keldaadded=\"\"><td data-keldaadded=\"\">&nbsp;</td></tr>"
+                                          "<tr><td>typed</td></tr>")))
+                  .toStdString(),
+              "<TABLE BORDER=1><tr><td>&nbsp;</td></tr><TR><TD>typed</TD></TR></TABLE>");
+    EXPECT_EQ(spliced(oneCell, atEdit,
+                      page(QStringLiteral("<tr><td data-keldaadded=\"\">&nbsp;</td><td>typed</td></tr>")))
+                  .toStdString(),
+              "<TABLE BORDER=1><TR><td>&nbsp;</td><TD>typed</TD></TR></TABLE>");
+}
