@@ -428,20 +428,3 @@ TEST_F(Tables, HeaderCellsTakeEveryCommandAndNewCellsBesideThemAreHeaders)
                        "<TABLE id=u>\n<TR><TH id=q1 scope=row colspan=\"2\">Q1high</TH></TR>\n<TR><TH scope=row>Q2</TH><td></td></TR>\n"
                        "</TABLE>"));
 }
-
-// A row put in above the author's row, whose cells are then merged: the
-// new row looks more like his row than his merged row does, yet it is
-// written as the engine writes it, and his row keeps his tags with only
-// the merge's values in them.
-TEST_F(Tables, ARowPutInAboveKeepsTheAuthorsRowHisThroughAMerge)
-{
-    open("<TABLE BORDER=1><TR><TD id=a>a</TD><TD>b</TD></TR></TABLE>");
-    pick(QStringLiteral("a"), QStringLiteral("mnuTblInsertRowAbove"));
-    onModal(QStringLiteral("frmTableProperties"), [](QWidget *dialog) {
-        click(dialog, "cmdMergeColsRight");
-        click(dialog, "cmdOk");
-    });
-    pick(QStringLiteral("a"), QStringLiteral("mnuTblProperties"));
-    EXPECT_EQ(savedBody(), bodyWith("<TABLE BORDER=1><tr><td>&nbsp;</td><td>&nbsp;</td></tr>"
-                                    "<TR><TD id=a colspan=\"2\">ab</TD></TR></TABLE>"));
-}
