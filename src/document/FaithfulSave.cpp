@@ -183,26 +183,28 @@ QString FaithfulSave::WithoutAddedMarks(const QString &view, QSet<qsizetype> &ad
 // The tokens the view is lined up by: the tags of each element the editor
 // put in, its start tag and its end tag, get keys of their own, so that no
 // tag of the author's can stand for them. The text inside keeps its keys:
-// the user may have typed the author's words there.
+// the user may have typed the author's words there. The engine closes
+// every element it writes, so each end tag closes the last open element of
+// its name (elements without content never see one).
 QList<PageToken> FaithfulSave::KeyedApart(QList<PageToken> tokens, const QString &view, const QSet<qsizetype> &added)
 {
+    if (added.isEmpty())
+        return tokens;
     const auto apart = [](PageToken &t) {
         t.added = true;
         t.key = PageTokenizer::TextKey(t.kind, QChar(3) + QStringLiteral("added %1").arg(t.key));
     };
-    for (qsizetype i = 0; i < tokens.size(); ++i) {
-        if (tokens[i].kind != PageToken::StartTag || !added.contains(tokens[i].start))
-            continue;
-        const QString name = PageTokenizer::TagName(view, tokens[i]);
-        apart(tokens[i]);
-        int depth = 1;
-        for (qsizetype j = i + 1; j < tokens.size() && depth > 0; ++j) {
-            const PageToken::Kind kind = tokens[j].kind;
-            if ((kind != PageToken::StartTag && kind != PageToken::EndTag) || PageTokenizer::TagName(view, tokens[j]) != name)
-                continue;
-            depth += kind == PageToken::StartTag ? 1 : -1;
-            if (depth == 0)
-                apart(tokens[j]);
+    QHash<QString, QList<bool>> open; // by name, whether each open element was put in
+    for (PageToken &t : tokens) {
+        if (t.kind == PageToken::StartTag) {
+            const bool isAdded = added.contains(t.start);
+            open[PageTokenizer::TagName(view, t)].append(isAdded);
+            if (isAdded)
+                apart(t);
+        } else if (t.kind == PageToken::EndTag) {
+            QList<bool> &named = open[PageTokenizer::TagName(view, t)];
+            if (!named.isEmpty() && named.takeLast())
+                apart(t);
         }
     }
     return tokens;
