@@ -178,26 +178,12 @@ QString HtmlDocument::serialize() const
     return call(QStringLiteral("doc.serialize"), {}, QStringLiteral("HtmlDocument.serialize")).toString();
 }
 
-// The rows and cells the editor's commands put in are known as added in
-// the editor's world; while the page is read they carry the attribute the
-// save knows them by, so that it never gives them the author's tags. The
-// attribute is taken off again in the same step: nothing else sees it.
+// The rows and cells the editor's commands put in carry the save's mark
+// for them while the page is read (see the page runtime's snapshot).
 QString HtmlDocument::snapshot() const
 {
-    const QString position = QStringLiteral("HtmlDocument.snapshot");
-    if (!m_browser)
-        return call(QStringLiteral("doc.snapshot"), {}, position).toString();
-    QStringList path;
-    for (int i : m_path)
-        path.append(QString::number(i));
-    const QString script = QStringLiteral(
-        "(function(){if(!window.__kelda)throw new Error('The page is not ready.');"
-        "const K=__kelda, p=[%1], mark='%2';"
-        "const added=Array.prototype.filter.call(K.docAt(p).querySelectorAll('tr,td,th'), e => e.__keldaAdded);"
-        "added.forEach(e => e.setAttribute(mark, ''));"
-        "try { return K.doc.snapshot(p); } finally { added.forEach(e => e.removeAttribute(mark)); }})()")
-                               .arg(path.join(u','), QLatin1String(FaithfulSave::AddedMark));
-    return PageScriptCall::run(m_browser->page(), script, position).toString();
+    return call(QStringLiteral("doc.snapshot"), {QLatin1String(FaithfulSave::AddedMark)}, QStringLiteral("HtmlDocument.snapshot"))
+        .toString();
 }
 
 long HtmlDocument::sealScript(QStringList *ids)

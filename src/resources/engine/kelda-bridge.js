@@ -84,15 +84,25 @@
     // The page as it stands, for lining up with its source: everything the
     // document holds, also the comments before and after its root element,
     // where the marks of server script at the top of a page end up.
-    snapshot(path) {
+    // Rows and cells the table commands put in (known as added in this
+    // script world only) carry the attribute addedMark while the page is
+    // read, so that the save never gives them the author's tags; it is
+    // taken off again before anything else runs.
+    snapshot(path, addedMark) {
       const d = docAt(path);
-      let out = '';
-      for (const n of d.childNodes) {
-        if (n.nodeType === 10) out += new XMLSerializer().serializeToString(n);
-        else if (n.nodeType === 8) out += '<!--' + n.data + '-->';
-        else if (n.nodeType === 1) out += K.doc.serialize(path).replace(/^<!DOCTYPE[^>]*>\r\n/i, '');
+      const added = addedMark ? Array.prototype.filter.call(d.querySelectorAll('tr,td,th'), e => e.__keldaAdded) : [];
+      added.forEach(e => e.setAttribute(addedMark, ''));
+      try {
+        let out = '';
+        for (const n of d.childNodes) {
+          if (n.nodeType === 10) out += new XMLSerializer().serializeToString(n);
+          else if (n.nodeType === 8) out += '<!--' + n.data + '-->';
+          else if (n.nodeType === 1) out += K.doc.serialize(path).replace(/^<!DOCTYPE[^>]*>\r\n/i, '');
+        }
+        return out;
+      } finally {
+        added.forEach(e => e.removeAttribute(addedMark));
       }
-      return out;
     },
     // Server script's output stands between two marker comments. None of it
     // may be edited: the elements in it are made read-only, and an input
