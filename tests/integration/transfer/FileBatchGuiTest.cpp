@@ -219,3 +219,31 @@ TEST_F(FileBatchSite, CancelInTheMiddleOfADownloadLeavesNoPartOfAFile)
     for (const QString &name : landed)
         EXPECT_EQ(QFileInfo(target + QLatin1Char('/') + name).size(), kBig) << name.toStdString();
 }
+
+// The server takes the control connection away after sending the second
+// file whole but before saying so: that file counts as not come, the
+// batch stops with the reason, nothing half written stays beside the
+// files that came, and the next batch logs on again and fetches the rest.
+TEST_F(FileBatchSite, ADroppedConnectionInTheMiddleOfADownloadLeavesNoPartOfAFile)
+{
+    for (int i = 1; i <= 3; ++i)
+        writeFileAt(webPath(QStringLiteral("dl/f%1.htm").arg(i)), QByteArray(64 * 1024, char('0' + i)));
+    CFTPS client;
+    QList<FILEITEM> items;
+    ASSERT_EQ(client.GetFiles_In_DirEx(QStringLiteral("dl/dummy.htm"), items), 1);
+    std::sort(items.begin(), items.end(), [](const FILEITEM &a, const FILEITEM &b) { return a.strName < b.strName; });
+    const QString target = local.filePath(QStringLiteral("target"));
+    servers().setFtpFaults({{QStringLiteral("drop_after"), QStringLiteral("^RETR .*f2")}});
+    long status = 0;
+    EXPECT_EQ(client.DownLoadFilesAndFolders(QStringLiteral("dl/dummy.htm"), items, target, status), 0);
+    EXPECT_NE(MError::ErrorNumber(), 0);
+    EXPECT_FALSE(MError::ErrorDescription().isEmpty());
+    EXPECT_EQ(filesBelow(target), QStringList({"f1.htm"}));
+
+    servers().clearFtpFaults();
+    MError::ClearError();
+    EXPECT_EQ(client.DownLoadFilesAndFolders(QStringLiteral("dl/dummy.htm"), items, target, status), 1)
+        << MError::ErrorDescription().toStdString();
+    EXPECT_EQ(filesBelow(target), QStringList({"f1.htm", "f2.htm", "f3.htm"}));
+    EXPECT_EQ(readFile(target + QStringLiteral("/f2.htm")), QByteArray(64 * 1024, '2'));
+}
